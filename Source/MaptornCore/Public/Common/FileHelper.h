@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Common/CoreTypes.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Maptorn::FileHelper
+{
+// Saves as the engine's default options do: pure-ASCII text as single bytes, any other text
+// as UTF-16LE with a byte-order mark. False when the file cannot be written.
+bool SaveStringToFile(const std::string& Text, const std::string& FilePath);
+
+// Reads a file written either way back into UTF-8; empty when it cannot be read.
+std::optional<std::string> LoadFileToString(const std::string& FilePath);
+
+// Calls Visitor for every line (CR LF or LF), without its terminator.
+bool LoadFileToStringWithLineVisitor(const std::string& FilePath, const std::function<void(const std::string&)>& Visitor);
+}
+
+namespace Maptorn::FileSystem
+{
+// Thin no-throw wrappers over std::filesystem, named after the engine's platform-file layer.
+bool FileExists(const std::string& Path);
+bool DirectoryExists(const std::string& Path);
+bool CreateDirectoryTree(const std::string& Path);
+bool DeleteFile(const std::string& Path);
+bool DeleteDirectoryRecursively(const std::string& Path);
+// -1 when the file does not exist.
+int64 FileSize(const std::string& Path);
+
+struct FDirectoryEntry
+{
+    std::string Path;     // full path, "/" separators
+    bool bIsDirectory = false;
+};
+
+// Entries directly inside Directory, in the order the file system gives them.
+std::vector<FDirectoryEntry> ListDirectory(const std::string& Directory);
+// Every file below Directory, depth first.
+std::vector<std::string> ListFilesRecursively(const std::string& Directory);
+}
