@@ -1,0 +1,116 @@
+#include "Module/MaptornModule.h"
+
+#include "Modio/ModioSdkTypes.h"
+
+#include <cmath>
+
+namespace Maptorn
+{
+namespace
+{
+constexpr float OwnModRefreshInterval = 300.0f;
+}
+
+void FMaptornModule::Tick(float DeltaTime)
+{
+    if (!ModioClient)
+    {
+        return;
+    }
+    if (IModioSession* Session = Platform.ModioSession)
+    {
+        // Every SDK completion runs here, on the game thread.
+        Session->RunPendingHandlers();
+    }
+    TickUploadProgress();
+    TickPlatformUploadCountdown(DeltaTime);
+    TickOwnModRefresh(DeltaTime);
+    TickSourcePluginDownload();
+}
+
+void FMaptornModule::TickUploadProgress()
+{
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session || !ModioClient->bIsUploading)
+    {
+        return;
+    }
+    const std::optional<FModioModProgressInfo> Progress = Session->QueryCurrentModUpdate();
+    if (!Progress)
+    {
+        return;
+    }
+    ModioClient->bCompressing = Progress->GetCurrentState() == EModioModProgressState::Compressing;
+    // A whole percent shown as a fraction with two decimals.
+    ModioClient->UploadProgress = std::round(Pct_Int64Int64(Progress->Current, Progress->Total)) * 0.01f;
+}
+
+void FMaptornModule::TickPlatformUploadCountdown(float DeltaTime)
+{
+    if (ModioClient->NextUploadDelay <= 0.0f)
+    {
+        return;
+    }
+    ModioClient->NextUploadDelay -= DeltaTime;
+    if (ModioClient->NextUploadDelay <= 0.0f)
+    {
+        ModioClient->NextUploadDelay = 0.0f;
+        ModioClient->StartNextPlatformUpload();
+    }
+}
+
+void FMaptornModule::TickOwnModRefresh(float DeltaTime)
+{
+    if (ModioClient->bIsModioBusy || !ModioClient->bIsLoggedIn)
+    {
+        return;
+    }
+    ModioClient->OwnModRefreshCountdown -= DeltaTime;
+    if (ModioClient->OwnModRefreshCountdown <= 0.0f)
+    {
+        ModioClient->RefreshOwnMods();
+        ModioClient->OwnModRefreshCountdown = OwnModRefreshInterval;
+    }
+}
+
+void FMaptornModule::TickSourcePluginDownload()
+{
+    FModioInterface& Client = *ModioClient;
+    if (!Client.ActiveDownload)
+    {
+        return;
+    }
+    Client.ActiveDownload->Update();
+
+    const EPluginDownloadState State = Client.ActiveDownload->GetState();
+    if (State != EPluginDownloadState::Complete && State != EPluginDownloadState::Failed)
+    {
+        return;
+    }
+    if (FSourceModInfo* Record = Client.FindCatalogueRecord(Client.ActiveDownload->ModId))
+    {
+        // An installed plug-in loads only after an editor restart. A failed download leaves the
+        // project as it was, so the row offers the download again.
+        if (State == EPluginDownloadState::Complete)
+        {
+            Record->InstallState = static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired);
+            Client.FinishedDownloads[Client.ActiveDownload->ModId] = Record->Version;
+        }
+        else
+        {
+            const bool bPluginPresent = Platform.Engine.FindPlugin(Record->PluginName).has_value();
+            Record->InstallState = static_cast<uint8>(bPluginPresent ? ESourceModInstallState::RequiresUpdate
+                                                                     : ESourceModInstallState::NotInstalled);
+        }
+    }
+    Client.OnSourceModListUpdated.Broadcast(true, Client.LastSourceModList);
+    Client.ActiveDownload.reset();
+
+    if (!Client.DownloadQueue.empty())
+    {
+        const FSourceModInfo Next = Client.DownloadQueue.front();
+        Client.DownloadQueue.pop_front();
+        Client.StartDownload(Next);
+    }
+}
+}

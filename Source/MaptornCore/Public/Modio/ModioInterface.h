@@ -1,0 +1,108 @@
+#pragma once
+
+#include "Common/CoreTypes.h"
+#include "Common/MulticastDelegate.h"
+#include "Content/ModType.h"
+#include "Modio/SourceModInfo.h"
+#include "Module/MaptornConfig.h"
+#include "Platform/MaptornPlatform.h"
+#include "Transfer/PluginModDownload.h"
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Maptorn
+{
+// The mod.io side of the workshop: the session and login, the create-page fields, the user's own
+// mods, the upload queue, the source-plug-in catalogue and the downloads. Touched only on the
+// game thread; every completion arrives through the module's tick.
+class FModioInterface
+{
+public:
+    FModioInterface(FMaptornPlatform& InPlatform, const FMaptornConfig& InConfig);
+    ~FModioInterface();
+
+    // Session.
+    void InitializeSession();
+    void Shutdown();
+
+    // Own mods: fills UploadList and OwnModVersions.
+    void RefreshOwnMods();
+
+    // Uploads: starts the queued platform CurrentPlatform once its pause has run out.
+    void StartNextPlatformUpload();
+    void UploadPlatform(uint8 Platform, const std::string& Directory);
+
+    // Source plug-ins.
+    void QuerySourceMods();
+    void StartDownload(const FSourceModInfo& Mod);
+    // The catalogue record of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
+    FSourceModInfo* FindCatalogueRecord(const std::string& ModId);
+
+    // Session state.
+    std::string EmailAddress;
+    std::string AuthCode;
+    int32 LoginIndex = 0;            // 0 terms, 1 e-mail entry, 2 code entry
+    bool bIsLoggedIn = false;
+    bool bIsModioBusy = false;
+    bool bSourceModsQueried = false;
+    float OwnModRefreshCountdown = 300.0f;
+    std::string DefaultLogoPath;
+
+    // Create-mod page.
+    std::string NewModName;
+    std::string NewModSummary;
+    std::string NewModLogoPath;
+    EModType NewModType = EModType::Map;
+    std::string StatusText;
+    // Plug-ins created for new mods in this run, by mod id.
+    std::map<std::string, FPluginInfo> CreatedMods;
+
+    // Own mods whose plug-in exists locally, and every own mod's version by decimal id.
+    std::vector<FSourceModInfo> UploadList;
+    std::map<std::string, int32> OwnModVersions;
+
+    // Upload.
+    std::string SelectedModId;
+    std::string UploadModId;
+    std::string UploadChangelog;
+    bool bBuildWindows = false;
+    bool bBuildAndroid = false;
+    bool bShareSource = false;
+    bool bStageOnly = false;
+    std::string StageDir;
+    bool bIsUploading = false;
+    bool bCompressing = false;
+    float UploadProgress = 0.0f;
+    // Platforms still to upload with their folders, in queue order.
+    std::vector<std::pair<uint8, std::string>> PendingPlatforms;
+    uint8 CurrentPlatform = 0;
+    float NextUploadDelay = 0.0f;
+
+    // Where the game keeps mods for this user.
+    std::string ModDirectory;
+
+    // Source-plug-in catalogue and downloads.
+    FSourceModQuery SourceQuery;
+    bool bSourceQueryBusy = false;
+    FSourceModList LastSourceModList;
+    std::unique_ptr<FPluginModDownload> ActiveDownload;
+    std::deque<FSourceModInfo> DownloadQueue;
+    // Mods installed in this editor run, by id, with the version installed.
+    std::map<std::string, int32> FinishedDownloads;
+
+    // Observers the window binds to.
+    TMulticastDelegate<bool, const FSourceModList&> OnSourceModListUpdated;
+    TMulticastDelegate<> OnUploadListUpdated;
+
+private:
+    void OnInitializeComplete(FModioErrorCode ErrorCode);
+
+    FMaptornPlatform& Platform;
+    FMaptornConfig Config;
+};
+}
