@@ -36,7 +36,8 @@ void FSVRInterface::ScanForMapFolder()
         {
             continue;
         }
-        // Containment, not a prefix: "MyUGCMap" is a UGC folder whose id is "UGCMap".
+        // Containment, not a prefix: "MyUGCMap" is a UGC folder too, and like every UGC folder
+        // its id is the name without its first three characters.
         const std::string Name = Paths::GetCleanFilename(Entry.Path);
         if (ContainsIgnoreCase(Name, "UGC"))
         {

@@ -1,0 +1,262 @@
+#include "Platform/StandaloneProcesses.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+using namespace Maptorn;
+namespace fs = std::filesystem;
+
+namespace
+{
+constexpr const char* PrintArgumentsScript = "for a in \"$@\"; do printf '[%s]\\n' \"$a\"; done\n";
+
+// Real child processes run shell scripts written into a fresh folder of their own.
+class StandaloneProcesses : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::random_device Random;
+        Folder = fs::temp_directory_path() / ("maptorn-processes-" + std::to_string(Random()) + std::to_string(Random()));
+        ASSERT_TRUE(fs::create_directories(Folder));
+    }
+
+    void TearDown() override
+    {
+        std::error_code Error;
+        fs::remove_all(Folder, Error);
+    }
+
+    std::string WriteScript(const std::string& Name, const std::string& Body, bool bExecutable = true)
+    {
+        const fs::path Path = Folder / Name;
+        fs::create_directories(Path.parent_path());
+        std::ofstream(Path, std::ios::binary) << "#!/bin/sh\n" << Body;
+        fs::permissions(Path, bExecutable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write);
+        return Path.string();
+    }
+
+    struct FRun
+    {
+        bool bCreated = false;
+        int32 ReturnCode = -1;
+        std::string StdOut;
+        std::string StdErr;
+    };
+
+    FRun Run(const std::string& Url, const std::string& Params = "")
+    {
+        FRun Result;
+        Result.bCreated = Processes.ExecProcess(Url, Params, Result.ReturnCode, Result.StdOut, Result.StdErr);
+        return Result;
+    }
+
+    fs::path Folder;
+    FStandaloneProcesses Processes;
+};
+
+std::string NumberLines(int First, int Last)
+{
+    std::string Text;
+    for (int Number = First; Number <= Last; ++Number)
+    {
+        Text += std::to_string(Number) + "\n";
+    }
+    return Text;
+}
+
+std::size_t CountPipes(const std::string& DescriptorTargets)
+{
+    std::istringstream Lines(DescriptorTargets);
+    std::size_t Count = 0;
+    for (std::string Line; std::getline(Lines, Line);)
+    {
+        Count += Line.rfind("pipe:", 0) == 0 ? 1 : 0;
+    }
+    return Count;
+}
+}
+
+TEST_F(StandaloneProcesses, ArgumentsArriveAsWindowsWouldSplitThem)
+{
+    const std::string Script = WriteScript("args.sh", PrintArgumentsScript);
+    const FRun Result = Run(Script, "plain  \"with spaces\" \"\" \\\"quoted\\\" C:\\Dir\\file \"a\"\"b\" tab\tsplit");
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.StdOut, "[plain]\n[with spaces]\n[]\n[\"quoted\"]\n[C:\\Dir\\file]\n[a\"b]\n[tab]\n[split]\n");
+    EXPECT_EQ(Result.StdErr, "");
+    EXPECT_EQ(Result.ReturnCode, 0);
+}
+
+TEST_F(StandaloneProcesses, ExitCodeOfTheChildIsReturned)
+{
+    const FRun Failed = Run(WriteScript("fail.sh", "exit 42\n"));
+    ASSERT_TRUE(Failed.bCreated);
+    EXPECT_EQ(Failed.ReturnCode, 42);
+
+    const FRun Succeeded = Run(WriteScript("ok.sh", "exit 0\n"));
+    ASSERT_TRUE(Succeeded.bCreated);
+    EXPECT_EQ(Succeeded.ReturnCode, 0);
+}
+
+TEST_F(StandaloneProcesses, ChildKilledBySignalReturns128PlusTheSignal)
+{
+    const FRun Result = Run(WriteScript("crash.sh", "echo before\nkill -9 $$\necho after\n"));
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.ReturnCode, 128 + 9);
+    EXPECT_EQ(Result.StdOut, "before\n");
+}
+
+TEST_F(StandaloneProcesses, StandardOutputAndErrorAreKeptApart)
+{
+    const FRun Result = Run(WriteScript("both.sh", "echo out1\necho err1 >&2\nprintf out2\nprintf 'err2\\n\\n' >&2\nexit 3\n"));
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.StdOut, "out1\nout2");
+    EXPECT_EQ(Result.StdErr, "err1\nerr2\n\n");
+    EXPECT_EQ(Result.ReturnCode, 3);
+}
+
+// Several megabytes on each stream, the error stream first, so a reader that drains one pipe to
+// its end before the other would hang with the child blocked on a full pipe.
+TEST_F(StandaloneProcesses, LargeOutputOnBothStreamsIsCapturedWithoutDeadlock)
+{
+    const FRun Result = Run(WriteScript("large.sh", "seq 1 400000 >&2\nseq 1 400000\nseq 400001 800000 >&2\n"));
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.ReturnCode, 0);
+    ASSERT_EQ(Result.StdOut.size(), NumberLines(1, 400000).size());
+    EXPECT_TRUE(Result.StdOut == NumberLines(1, 400000));
+    ASSERT_EQ(Result.StdErr.size(), NumberLines(1, 800000).size());
+    EXPECT_TRUE(Result.StdErr == NumberLines(1, 800000));
+}
+
+TEST_F(StandaloneProcesses, MissingExecutableIsNotCreated)
+{
+    EXPECT_FALSE(Run((Folder / "no-such-tool").string(), "-x").bCreated);
+    EXPECT_FALSE(Run("maptorn-no-such-program-on-path", "-x").bCreated);
+    EXPECT_FALSE(Run("", "").bCreated);
+}
+
+TEST_F(StandaloneProcesses, FileThatIsNotExecutableIsNotCreated)
+{
+    EXPECT_FALSE(Run(WriteScript("plain.sh", "exit 0\n", false)).bCreated);
+    EXPECT_FALSE(Run(Folder.string()).bCreated);
+}
+
+TEST_F(StandaloneProcesses, ExecutableInAFolderWithSpacesRuns)
+{
+    const std::string Script = WriteScript("Program Files/My Tool/run tool.sh", PrintArgumentsScript);
+    const FRun Quoted = Run(Script, "-a \"b c\"");
+    ASSERT_TRUE(Quoted.bCreated);
+    EXPECT_EQ(Quoted.StdOut, "[-a]\n[b c]\n");
+
+    const FRun PreQuoted = Run("\"" + Script + "\" -first", "-second");
+    ASSERT_TRUE(PreQuoted.bCreated);
+    EXPECT_EQ(PreQuoted.StdOut, "[-first]\n[-second]\n");
+}
+
+TEST_F(StandaloneProcesses, ChildInheritsEnvironmentAndWorkingDirectory)
+{
+    ASSERT_EQ(::setenv("MAPTORN_PROCESSES_TEST", "inherited value", 1), 0);
+    const fs::path PreviousFolder = fs::current_path();
+    fs::current_path(Folder);
+    const FRun Result = Run(WriteScript("env.sh", "echo \"$MAPTORN_PROCESSES_TEST\"\npwd -P\n"));
+    fs::current_path(PreviousFolder);
+    ::unsetenv("MAPTORN_PROCESSES_TEST");
+
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.StdOut, "inherited value\n" + fs::canonical(Folder).string() + "\n");
+}
+
+// A tool that asks a question must not wait on, or take, the console's input.
+TEST_F(StandaloneProcesses, ChildReadsEndOfInputFromStandardInput)
+{
+    const FRun Result = Run(WriteScript("read.sh", "if read Line; then echo \"got $Line\"; else echo eof; fi\n"));
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(Result.StdOut, "eof\n");
+}
+
+TEST_F(StandaloneProcesses, EchoSeesEachLineOfBothStreamsAndOutputsAreStillCaptured)
+{
+    std::vector<std::string> StdOutLines;
+    std::vector<std::string> StdErrLines;
+    Processes.SetOutputEcho([&](const std::string& Line, bool bIsStdErr)
+    {
+        (bIsStdErr ? StdErrLines : StdOutLines).push_back(Line);
+    });
+    const FRun Result = Run(WriteScript("echo.sh",
+        "echo 'Cooking 1/2'\necho 'warning: x' >&2\nprintf 'Cooking 2/2\\r\\n'\necho\nprintf 'Done'\n"));
+    Processes.SetOutputEcho(nullptr);
+
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(StdOutLines, (std::vector<std::string>{"Cooking 1/2", "Cooking 2/2", "", "Done"}));
+    EXPECT_EQ(StdErrLines, (std::vector<std::string>{"warning: x"}));
+    EXPECT_EQ(Result.StdOut, "Cooking 1/2\nCooking 2/2\r\n\nDone");
+    EXPECT_EQ(Result.StdErr, "warning: x\n");
+}
+
+TEST_F(StandaloneProcesses, EchoSeesEveryLineOfALargeOutput)
+{
+    std::size_t LineCount = 0;
+    std::string LastLine;
+    Processes.SetOutputEcho([&](const std::string& Line, bool)
+    {
+        ++LineCount;
+        LastLine = Line;
+    });
+    const FRun Result = Run(WriteScript("many.sh", "seq 1 200000\n"));
+    ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(LineCount, 200000u);
+    EXPECT_EQ(LastLine, "200000");
+    EXPECT_TRUE(Result.StdOut == NumberLines(1, 200000));
+}
+
+// Each child must see only its own two pipes: another worker's pipe leaking into it would keep
+// that worker waiting for an end of output until this child exits.
+TEST_F(StandaloneProcesses, ConcurrentRunsKeepTheirOutputsAndPipesToThemselves)
+{
+    const std::string Script =
+        WriteScript("fds.sh", "echo \"$1\"\necho \"err $1\" >&2\nreadlink /proc/$$/fd/*\nexit $2\n");
+    const FRun Alone = Run(Script, "alone 0");
+    ASSERT_TRUE(Alone.bCreated);
+    const std::size_t PipesSeenAlone = CountPipes(Alone.StdOut);
+
+    constexpr int ThreadCount = 8;
+    constexpr int RunsPerThread = 10;
+    std::vector<std::string> Failures[ThreadCount];
+    std::vector<std::thread> Threads;
+    for (int ThreadIndex = 0; ThreadIndex < ThreadCount; ++ThreadIndex)
+    {
+        Threads.emplace_back([&, ThreadIndex]
+        {
+            for (int RunIndex = 0; RunIndex < RunsPerThread; ++RunIndex)
+            {
+                const std::string Token = std::to_string(ThreadIndex) + "-" + std::to_string(RunIndex);
+                FRun Result;
+                Result.bCreated = Processes.ExecProcess(
+                    Script, Token + " " + std::to_string(ThreadIndex), Result.ReturnCode, Result.StdOut, Result.StdErr);
+                if (!Result.bCreated || Result.ReturnCode != ThreadIndex || Result.StdOut.rfind(Token + "\n", 0) != 0
+                    || CountPipes(Result.StdOut) != PipesSeenAlone || Result.StdErr != "err " + Token + "\n")
+                {
+                    Failures[ThreadIndex].push_back(Token + ": " + Result.StdOut + Result.StdErr);
+                }
+            }
+        });
+    }
+    for (std::thread& Thread : Threads)
+    {
+        Thread.join();
+    }
+    for (const std::vector<std::string>& ThreadFailures : Failures)
+    {
+        EXPECT_TRUE(ThreadFailures.empty()) << ThreadFailures.front();
+    }
+}

@@ -1,1 +1,0 @@
-#include "Common/Paths.h"

@@ -1,0 +1,158 @@
+#include "Module/MaptornModule.h"
+#include "Support/FakePlatform.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+
+namespace
+{
+class ModuleTick : public ::testing::Test
+{
+protected:
+    ModuleTick()
+        : WorkingDirectory(Temp.Path())
+        , Module(Fakes.Platform, FMaptornConfig{})
+    {
+        Fakes.Engine.Project = Temp.Dir();
+        Fakes.Engine.UserSettings = Temp.Dir() + "User/";
+        Module.StartupModule();
+        Client = Module.ModioClient.get();
+    }
+    ~ModuleTick() override { Module.ShutdownModule(); }
+
+    FSourceModInfo CatalogueRecord(const std::string& Id)
+    {
+        FSourceModInfo Record;
+        Record.PluginName = "UGC" + Id;
+        Record.Version = 4;
+        Record.InstallState = static_cast<uint8>(ESourceModInstallState::Downloading);
+        return Record;
+    }
+
+    FTempDir Temp;
+    FScopedWorkingDirectory WorkingDirectory;
+    FFakePlatform Fakes;
+    FMaptornModule Module;
+    FModioInterface* Client = nullptr;
+};
+}
+
+TEST_F(ModuleTick, EveryTickPumpsTheSdkSoCompletionsRunInsideIt)
+{
+    const int Before = Fakes.Session.PumpCount;
+    Module.Tick(0.016f);
+    Module.Tick(0.016f);
+    EXPECT_EQ(Fakes.Session.PumpCount, Before + 2);
+}
+
+TEST_F(ModuleTick, WithoutAClientTheTickDoesNothing)
+{
+    Module.ModioClient.reset();
+    const int Before = Fakes.Session.PumpCount;
+    Module.Tick(1.0f);
+    EXPECT_EQ(Fakes.Session.PumpCount, Before);
+}
+
+TEST_F(ModuleTick, UploadProgressIsAWholePercentAsAFraction)
+{
+    Client->bIsUploading = true;
+    Fakes.Session.CurrentProgress = FModioModProgressInfo{1, EModioModProgressState::Uploading, 1236, 10000};
+    Module.Tick(0.016f);
+    EXPECT_FLOAT_EQ(Client->UploadProgress, 0.12f);
+    EXPECT_FALSE(Client->bCompressing);
+
+    Fakes.Session.CurrentProgress = FModioModProgressInfo{1, EModioModProgressState::Compressing, 995, 1000};
+    Module.Tick(0.016f);
+    EXPECT_FLOAT_EQ(Client->UploadProgress, 1.0f);
+    EXPECT_TRUE(Client->bCompressing);
+}
+
+TEST_F(ModuleTick, UploadProgressIsNotReadWhileNothingUploads)
+{
+    Fakes.Session.CurrentProgress = FModioModProgressInfo{1, EModioModProgressState::Compressing, 5, 10};
+    Module.Tick(0.016f);
+    EXPECT_FLOAT_EQ(Client->UploadProgress, 0.0f);
+    EXPECT_FALSE(Client->bCompressing);
+}
+
+TEST_F(ModuleTick, ThePlatformPauseCountsDownToZeroAndStops)
+{
+    Client->NextUploadDelay = 1.0f;
+    Module.Tick(0.6f);
+    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.4f);
+    Module.Tick(0.6f);
+    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.0f);
+    Module.Tick(0.6f);
+    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.0f);
+}
+
+TEST_F(ModuleTick, TheOwnModCountdownRunsOnlyWhileLoggedInAndIdle)
+{
+    Client->OwnModRefreshCountdown = 10.0f;
+    Module.Tick(4.0f);
+    EXPECT_FLOAT_EQ(Client->OwnModRefreshCountdown, 10.0f) << "logged out";
+
+    Client->bIsLoggedIn = true;
+    Client->bIsModioBusy = true;
+    Module.Tick(4.0f);
+    EXPECT_FLOAT_EQ(Client->OwnModRefreshCountdown, 10.0f) << "busy";
+
+    Client->bIsModioBusy = false;
+    Module.Tick(4.0f);
+    EXPECT_FLOAT_EQ(Client->OwnModRefreshCountdown, 6.0f);
+    Module.Tick(7.0f);
+    EXPECT_FLOAT_EQ(Client->OwnModRefreshCountdown, 300.0f) << "refreshed and reset";
+}
+
+TEST_F(ModuleTick, AFinishedDownloadMarksItsRowForRestartAndStartsTheNextQueuedOne)
+{
+    Client->LastSourceModList.Mods = {CatalogueRecord("11"), CatalogueRecord("22")};
+    Client->DownloadQueue.push_back(CatalogueRecord("22"));
+    Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
+    Client->ActiveDownload->ModId = "11";
+    Client->ActiveDownload->State = EPluginDownloadState::Complete;
+    int Notified = 0;
+    Client->OnSourceModListUpdated.Add([&](bool bOk, const FSourceModList&) { Notified += bOk ? 1 : 0; });
+
+    Module.Tick(0.016f);
+
+    EXPECT_EQ(Client->LastSourceModList.Mods[0].InstallState, static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired));
+    EXPECT_EQ(Client->FinishedDownloads.at("11"), 4);
+    EXPECT_EQ(Notified, 1);
+    EXPECT_EQ(Client->ActiveDownload, nullptr);
+    EXPECT_TRUE(Client->DownloadQueue.empty());
+}
+
+TEST_F(ModuleTick, AFailedDownloadOffersTheDownloadAgain)
+{
+    Client->LastSourceModList.Mods = {CatalogueRecord("11"), CatalogueRecord("12")};
+    FPluginInfo Existing;
+    Existing.Name = "UGC12";
+    Fakes.Engine.Plugins.push_back(Existing);
+
+    for (const char* Id : {"11", "12"})
+    {
+        Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
+        Client->ActiveDownload->ModId = Id;
+        Client->ActiveDownload->State = EPluginDownloadState::Failed;
+        Module.Tick(0.016f);
+        EXPECT_EQ(Client->ActiveDownload, nullptr);
+    }
+    EXPECT_EQ(Client->LastSourceModList.Mods[0].InstallState, static_cast<uint8>(ESourceModInstallState::NotInstalled));
+    EXPECT_EQ(Client->LastSourceModList.Mods[1].InstallState, static_cast<uint8>(ESourceModInstallState::RequiresUpdate))
+        << "the plug-in that was there is still there";
+    EXPECT_TRUE(Client->FinishedDownloads.empty());
+}
+
+TEST_F(ModuleTick, ADownloadStillRunningIsLeftAlone)
+{
+    Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
+    Client->ActiveDownload->State = EPluginDownloadState::Downloading;
+    Client->DownloadQueue.push_back(CatalogueRecord("22"));
+    Module.Tick(0.016f);
+    EXPECT_NE(Client->ActiveDownload, nullptr);
+    EXPECT_EQ(Client->DownloadQueue.size(), 1u);
+}
