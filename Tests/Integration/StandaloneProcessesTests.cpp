@@ -1,17 +1,15 @@
 #include "Platform/StandaloneProcesses.h"
+#include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <random>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <unistd.h>
+#include <stdlib.h>
 
 using namespace Maptorn;
 namespace fs = std::filesystem;
@@ -24,24 +22,10 @@ constexpr const char* PrintArgumentsScript = "for a in \"$@\"; do printf '[%s]\\
 class StandaloneProcesses : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::random_device Random;
-        Folder = fs::temp_directory_path() / ("maptorn-processes-" + std::to_string(Random()) + std::to_string(Random()));
-        ASSERT_TRUE(fs::create_directories(Folder));
-    }
-
-    void TearDown() override
-    {
-        std::error_code Error;
-        fs::remove_all(Folder, Error);
-    }
-
     std::string WriteScript(const std::string& Name, const std::string& Body, bool bExecutable = true)
     {
-        const fs::path Path = Folder / Name;
-        fs::create_directories(Path.parent_path());
-        std::ofstream(Path, std::ios::binary) << "#!/bin/sh\n" << Body;
+        const fs::path Path = Folder.Path() / Name;
+        Testing::WriteTextFile(Path, "#!/bin/sh\n" + Body);
         fs::permissions(Path, bExecutable ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write);
         return Path.string();
     }
@@ -61,7 +45,7 @@ protected:
         return Result;
     }
 
-    fs::path Folder;
+    Testing::FTempDir Folder;
     FStandaloneProcesses Processes;
 };
 
@@ -140,7 +124,7 @@ TEST_F(StandaloneProcesses, LargeOutputOnBothStreamsIsCapturedWithoutDeadlock)
 
 TEST_F(StandaloneProcesses, MissingExecutableIsNotCreated)
 {
-    EXPECT_FALSE(Run((Folder / "no-such-tool").string(), "-x").bCreated);
+    EXPECT_FALSE(Run((Folder.Path() / "no-such-tool").string(), "-x").bCreated);
     EXPECT_FALSE(Run("maptorn-no-such-program-on-path", "-x").bCreated);
     EXPECT_FALSE(Run("", "").bCreated);
 }
@@ -148,7 +132,7 @@ TEST_F(StandaloneProcesses, MissingExecutableIsNotCreated)
 TEST_F(StandaloneProcesses, FileThatIsNotExecutableIsNotCreated)
 {
     EXPECT_FALSE(Run(WriteScript("plain.sh", "exit 0\n", false)).bCreated);
-    EXPECT_FALSE(Run(Folder.string()).bCreated);
+    EXPECT_FALSE(Run(Folder.Path().string()).bCreated);
 }
 
 TEST_F(StandaloneProcesses, ExecutableInAFolderWithSpacesRuns)
@@ -166,14 +150,15 @@ TEST_F(StandaloneProcesses, ExecutableInAFolderWithSpacesRuns)
 TEST_F(StandaloneProcesses, ChildInheritsEnvironmentAndWorkingDirectory)
 {
     ASSERT_EQ(::setenv("MAPTORN_PROCESSES_TEST", "inherited value", 1), 0);
-    const fs::path PreviousFolder = fs::current_path();
-    fs::current_path(Folder);
-    const FRun Result = Run(WriteScript("env.sh", "echo \"$MAPTORN_PROCESSES_TEST\"\npwd -P\n"));
-    fs::current_path(PreviousFolder);
+    FRun Result;
+    {
+        Testing::FScopedWorkingDirectory WorkingDirectory(Folder.Path());
+        Result = Run(WriteScript("env.sh", "echo \"$MAPTORN_PROCESSES_TEST\"\npwd -P\n"));
+    }
     ::unsetenv("MAPTORN_PROCESSES_TEST");
 
     ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(Result.StdOut, "inherited value\n" + fs::canonical(Folder).string() + "\n");
+    EXPECT_EQ(Result.StdOut, "inherited value\n" + fs::canonical(Folder.Path()).string() + "\n");
 }
 
 // A tool that asks a question must not wait on, or take, the console's input.
