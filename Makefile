@@ -12,7 +12,7 @@ build: setup
 	cmake --build --preset $(PRESET) -j 2
 
 demo: build
-	bash Scripts/demo.sh $(BUILD_DIR)/maptorn
+	$(BUILD_DIR)/maptorn demo
 
 test: build
 	ctest --preset $(PRESET)

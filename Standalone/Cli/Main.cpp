@@ -1,1 +1,83 @@
-int main() { return 0; }
+#include "Cli/Commands/Commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <unistd.h>
+
+using namespace Maptorn::Cli;
+
+namespace
+{
+void AddGlobalOptions(CLI::App& App, FHostOptions& Options)
+{
+    App.add_option("--project", Options.Project, "The Unreal project: its folder or its .uproject file (default: found from the working folder)");
+    App.add_option("--engine", Options.Engine, "The engine folder, the one that holds Engine/");
+    App.add_option("--config", Options.ConfigFile, "A config file with a [maptorn] section (default: $XDG_CONFIG_HOME/maptorn/config.ini)");
+    App.add_option("--user-settings-dir", Options.UserSettingsDir, "The user's settings folder, where the game keeps its files (%LOCALAPPDATA% on Windows)");
+    App.add_option("--steam-app-id", Options.SteamAppId, "The game's Steam application id");
+    App.add_option("--modio-url", Options.ModioBaseUrl, "The mod.io API origin (default: https://g-<game id>.modapi.io)");
+    App.add_option("--modio-game-id", Options.ModioGameId, "The game's mod.io game id");
+    App.add_option("--modio-api-key", Options.ModioApiKey, "The game's mod.io API key (better: MAPTORN_MODIO_API_KEY or the config file)");
+    App.add_option("--log-file", Options.LogFile, "Also write every log line to this file");
+    App.add_flag("--yes,-y", Options.bAssumeYes, "Answer yes to every question");
+    App.add_flag("--verbose,-v", Options.bVerbose, "Show progress log lines too, not only warnings and errors");
+}
+}
+
+int main(int Argc, char** Argv)
+{
+    CLI::App App{"maptorn: the Kelvor Workshop from the command line: create, build and publish Kelvor content."};
+    App.require_subcommand(1);
+    FHostOptions Options;
+    AddGlobalOptions(App, Options);
+    const FCommandContext Context{Options, std::cout, std::cerr, std::cin, isatty(STDIN_FILENO) != 0};
+    int ExitCode = ExitSuccess;
+
+    CLI::App* Env = App.add_subcommand("env", "Show the project, engine, game folders and configuration the workshop uses");
+    Env->callback([&] { ExitCode = RunEnv(Context); });
+
+    CLI::App* Map = App.add_subcommand("map", "The project's own map (a Steam Workshop or server map)");
+    Map->require_subcommand(1);
+    CLI::App* MapCreate = Map->add_subcommand("create", "Create the project's map definition in Content/CustomMaps/SVR_<id>");
+    std::string MapId, MapName;
+    MapCreate->add_option("id", MapId, "The map's id: letters, digits, '-' and '_'")->required();
+    MapCreate->add_option("--name", MapName, "The map's name, 3-32 characters")->required();
+    MapCreate->callback([&] { ExitCode = RunMapCreate(Context, MapId, MapName); });
+
+    CLI::App* Plugin = App.add_subcommand("plugin", "Content plug-ins of mod.io mods (UGC<mod id>)");
+    Plugin->require_subcommand(1);
+    CLI::App* PluginCreate = Plugin->add_subcommand("create", "Create the plug-in UGC<modid> from the engine's ContentOnly template, with its definition");
+    std::string ModId, TypeWord;
+    PluginCreate->add_option("modid", ModId, "The mod's id on mod.io (digits)")->required();
+    PluginCreate->add_option("--type", TypeWord, "What the mod holds: map, mod or gamemode")->required();
+    PluginCreate->callback([&] { ExitCode = RunPluginCreate(Context, ModId, TypeWord); });
+
+    CLI::App* Sample = App.add_subcommand("sample", "Lay out a sample project and stand-in engine to try the tool on");
+    std::string SampleFolder;
+    Sample->add_option("folder", SampleFolder, "A new or empty folder")->required();
+    Sample->callback([&] { ExitCode = RunSampleCreate(Context, SampleFolder); });
+
+    CLI::App* Demo = App.add_subcommand("demo", "Run the workflow end to end on a generated sample project");
+    std::string DemoFolder;
+    bool bKeep = false;
+    Demo->add_option("--dir", DemoFolder, "Where to lay out the sample (default: a new temporary folder)");
+    Demo->add_flag("--keep", bKeep, "Keep the sample afterwards");
+    Demo->callback([&] { ExitCode = RunDemo(Context, DemoFolder, bKeep); });
+
+    App.fallthrough();
+    try
+    {
+        App.parse(Argc, Argv);
+    }
+    catch (const CLI::CallForHelp& Help)
+    {
+        return App.exit(Help);
+    }
+    catch (const CLI::ParseError& Error)
+    {
+        App.exit(Error);
+        return ExitBadInput;
+    }
+    return ExitCode;
+}

@@ -1,0 +1,103 @@
+#include "Cli/Commands/Commands.h"
+
+#include "Common/Paths.h"
+#include "Content/ModDefinitions.h"
+#include "Content/SVRInterface.h"
+#include "Modio/ModioInterface.h"
+
+#include <cctype>
+#include <ostream>
+
+namespace Maptorn::Cli
+{
+namespace
+{
+bool IsPlainId(const std::string& Id, bool bDigitsOnly)
+{
+    if (Id.empty() || Id.size() > 64)
+    {
+        return false;
+    }
+    for (unsigned char C : Id)
+    {
+        const bool bAllowed = bDigitsOnly ? std::isdigit(C) != 0 : (std::isalnum(C) != 0 || C == '_' || C == '-');
+        if (!bAllowed)
+        {
+            return false;
+        }
+    }
+    return true;
+}
+}
+
+int RunMapCreate(const FCommandContext& Context, const std::string& MapId, const std::string& MapName)
+{
+    if (!IsPlainId(MapId, false))
+    {
+        return Fail(Context, ExitBadInput,
+            "The map id \"" + MapId + "\" names a folder (SVR_<id>): use 1-64 letters, digits, '-' or '_'.");
+    }
+    std::string Error;
+    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
+    if (!Host)
+    {
+        return Fail(Context, ExitNoEnvironment, Error);
+    }
+
+    FSVRInterface SVR(Host->Platform);
+    SVR.MapName = SanitizeMapName(MapName);
+    if (SVR.MapName != MapName)
+    {
+        Context.Out << "Map name stored as \"" << SVR.MapName << "\"\n";
+    }
+    if (!SVR.CreateMapDefinition(MapId))
+    {
+        return Fail(Context, ExitFailed, "No map definition was created; the project is unchanged.");
+    }
+    bool bAllSaved = false;
+    const std::vector<std::string> Written = Host->Definitions.SaveDirtyPackages(bAllSaved);
+    if (!bAllSaved || Written.empty())
+    {
+        return Fail(Context, ExitFailed, "The map definition could not be saved; check that the project's Content folder is writable.");
+    }
+    Context.Out << "Created map definition SVR_" << MapId << " (\"" << SVR.MapName << "\")\n";
+    Context.Out << "  definition: " << Written.front() << "\n";
+    return ExitSuccess;
+}
+
+int RunPluginCreate(const FCommandContext& Context, const std::string& ModId, const std::string& TypeWord)
+{
+    if (!IsPlainId(ModId, true))
+    {
+        return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + ModId + "\").");
+    }
+    const std::optional<EModType> Type = ParseModType(TypeWord);
+    if (!Type)
+    {
+        return Fail(Context, ExitBadInput, "Unknown content type \"" + TypeWord + "\": use map, mod or gamemode.");
+    }
+    std::string Error;
+    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, true, Error);
+    if (!Host)
+    {
+        return Fail(Context, ExitNoEnvironment, Error);
+    }
+
+    FModioInterface Client(Host->Platform, MakeModuleConfig(Host->Settings));
+    const std::string PluginName = MakeUGCPluginName(ModId);
+    if (!CreateUGCPlugin(Host->Platform, Client, ModId, *Type))
+    {
+        if (Client.CreatedMods.count(ModId) != 0)
+        {
+            return Fail(Context, ExitFailed, "The plug-in " + PluginName + " was created but its definition could not be saved; "
+                "check that " + Client.CreatedMods.at(ModId).ContentDir + " is writable.");
+        }
+        return Fail(Context, ExitFailed, "The plug-in " + PluginName + " was not created; the project is unchanged.");
+    }
+    const FPluginInfo& Plugin = Client.CreatedMods.at(ModId);
+    Context.Out << "Created plug-in " << Plugin.Name << " for a " << ModTypeWord(*Type) << "\n";
+    Context.Out << "  folder:     " << Plugin.BaseDir << "\n";
+    Context.Out << "  definition: " << Host->Definitions.PackageFilePath("/" + Plugin.Name + "/definition") << "\n";
+    return ExitSuccess;
+}
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Cli/HostOptions.h"
+#include "Platform/ConsoleDialogs.h"
+#include "Platform/ConsoleLog.h"
+#include "Platform/JsonDefinitions.h"
+#include "Platform/MaptornPlatform.h"
+#include "Platform/StandaloneEngine.h"
+#include "Platform/StandaloneProcesses.h"
+#include "Platform/StandaloneTasks.h"
+#include "Platform/UnavailableTransport.h"
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+namespace Maptorn::Cli
+{
+enum EExitCode : int
+{
+    ExitSuccess = 0,
+    ExitFailed = 1,         // the work was tried and did not succeed
+    ExitBadInput = 2,       // the command line was wrong; nothing was changed
+    ExitNoEnvironment = 3,  // no project, no engine or a broken configuration; nothing was changed
+};
+
+// What every command gets: the parsed options and the console.
+struct FCommandContext
+{
+    FHostOptions Options;
+    std::ostream& Out;
+    std::ostream& Err;
+    std::istream& In;
+    bool bInteractive = false;
+};
+
+// The platform of the standalone host: every port's adapter over one project folder.
+class FStandaloneHost
+{
+public:
+    // Resolves settings, the project and (when needed) the engine; null with a message otherwise.
+    static std::unique_ptr<FStandaloneHost> Create(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError);
+
+    FResolvedSettings Settings;
+    std::string ProjectFile;
+    std::string EngineRoot;
+
+    FConsoleLog Log;
+    FConsoleDialogs Dialogs;
+    FStandaloneEngine Engine;
+    FJsonDefinitions Definitions;
+    FStandaloneProcesses Processes;
+    FStandaloneTasks Tasks;
+    FUnavailableHttp Http;
+    FUnavailableArchive Archive;
+    FMaptornPlatform Platform;
+
+private:
+    FStandaloneHost(const FCommandContext& Context, FResolvedSettings InSettings, std::string InProjectFile, std::string InEngineRoot);
+};
+
+// Prints "error: <message>" and answers the exit code, for one-line returns.
+int Fail(const FCommandContext& Context, int ExitCode, const std::string& Message);
+}

@@ -1,0 +1,212 @@
+#include "Sample/SampleProject.h"
+
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <fstream>
+
+namespace Maptorn::Sample
+{
+namespace
+{
+using FOrderedJson = nlohmann::ordered_json;
+
+// A 1x1 grey baseline JPEG and a 1x1 RGB PNG, made for this sample; both decode with libjpeg/libpng.
+constexpr unsigned char ThumbnailJpeg[] = {
+    0xff, 0xd8, 0xff, 0xdb, 0x00, 0x43, 0x00, 0x03, 0x02, 0x02, 0x03, 0x02, 0x02, 0x03, 0x03, 0x03, 0x03, 0x04,
+    0x03, 0x03, 0x04, 0x05, 0x08, 0x05, 0x05, 0x04, 0x04, 0x05, 0x0a, 0x07, 0x07, 0x06, 0x08, 0x0c, 0x0a, 0x0c,
+    0x0c, 0x0b, 0x0a, 0x0b, 0x0b, 0x0d, 0x0e, 0x12, 0x10, 0x0d, 0x0e, 0x11, 0x0e, 0x0b, 0x0b, 0x10, 0x16, 0x10,
+    0x11, 0x13, 0x14, 0x15, 0x15, 0x15, 0x0c, 0x0f, 0x17, 0x18, 0x16, 0x14, 0x18, 0x12, 0x14, 0x15, 0x14, 0xff,
+    0xc0, 0x00, 0x0b, 0x08, 0x00, 0x01, 0x00, 0x01, 0x01, 0x01, 0x11, 0x00, 0xff, 0xc4, 0x00, 0x14, 0x00, 0x01,
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x08,
+    0xff, 0xc4, 0x00, 0x14, 0x10, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xff, 0xda, 0x00, 0x08, 0x01, 0x01, 0x00, 0x00, 0x3f, 0x00, 0x22, 0x3f,
+    0xff, 0xd9};
+
+constexpr unsigned char IconPng[] = {
+    0x89, 0x50, 0x4e, 0x47, 0x0d, 0x0a, 0x1a, 0x0a, 0x00, 0x00, 0x00, 0x0d, 0x49, 0x48, 0x44, 0x52, 0x00, 0x00,
+    0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x02, 0x00, 0x00, 0x00, 0x90, 0x77, 0x53, 0xde, 0x00, 0x00, 0x00,
+    0x0c, 0x49, 0x44, 0x41, 0x54, 0x08, 0x99, 0x63, 0xb0, 0xca, 0x5b, 0x0a, 0x00, 0x02, 0x33, 0x01, 0x4e, 0xf3,
+    0x2a, 0x2b, 0x8e, 0x00, 0x00, 0x00, 0x00, 0x49, 0x45, 0x4e, 0x44, 0xae, 0x42, 0x60, 0x82};
+
+// Writes files and folders, remembering the first failure so the layout reads as a plain list.
+class FLayoutWriter
+{
+public:
+    void Folder(const std::string& Path)
+    {
+        if (bOk && !FileSystem::CreateDirectoryTree(Path))
+        {
+            Fail("Could not create the folder " + Path + ".");
+        }
+    }
+
+    void Text(const std::string& Path, const std::string& Text)
+    {
+        Folder(Paths::GetPath(Path));
+        if (bOk && !FileHelper::SaveStringToFile(Text, Path))
+        {
+            Fail("Could not write " + Path + ".");
+        }
+    }
+
+    void Json(const std::string& Path, const FOrderedJson& Json) { Text(Path, Json.dump(1, '\t')); }
+
+    // Images go through a plain binary stream: FileHelper saves text, and would re-encode
+    // high bytes as UTF-16.
+    template <std::size_t Size>
+    void Bytes(const std::string& Path, const unsigned char (&Data)[Size])
+    {
+        Folder(Paths::GetPath(Path));
+        if (!bOk)
+        {
+            return;
+        }
+        std::ofstream Out(Path, std::ios::binary | std::ios::trunc);
+        Out.write(reinterpret_cast<const char*>(Data), static_cast<std::streamsize>(Size));
+        if (!Out)
+        {
+            Fail("Could not write " + Path + ".");
+        }
+    }
+
+    bool IsOk() const { return bOk; }
+    const std::string& GetFailReason() const { return FailReason; }
+
+private:
+    void Fail(std::string Reason)
+    {
+        bOk = false;
+        FailReason = std::move(Reason);
+    }
+
+    bool bOk = true;
+    std::string FailReason;
+};
+
+FOrderedJson MakeProjectJson()
+{
+    FOrderedJson Project;
+    Project["FileVersion"] = 3;
+    Project["EngineAssociation"] = "5.1";
+    Project["Category"] = "";
+    Project["Description"] = "";
+    Project["Modules"] = FOrderedJson::array();
+    Project["Plugins"] = FOrderedJson::array({FOrderedJson{{"Name", "Maptorn"}, {"Enabled", true}}});
+    return Project;
+}
+
+FOrderedJson MakePluginJson(const std::string& FriendlyName, const std::string& VersionName,
+    const std::string& Category, bool bEnabledByDefault)
+{
+    FOrderedJson Plugin;
+    Plugin["FileVersion"] = 3;
+    Plugin["Version"] = 1;
+    Plugin["VersionName"] = VersionName;
+    Plugin["FriendlyName"] = FriendlyName;
+    Plugin["Description"] = "";
+    Plugin["Category"] = Category;
+    Plugin["CreatedBy"] = "";
+    Plugin["CanContainContent"] = false;
+    if (bEnabledByDefault)
+    {
+        Plugin["EnabledByDefault"] = true;
+    }
+    Plugin["Installed"] = false;
+    return Plugin;
+}
+
+FOrderedJson MakeBuildVersionJson()
+{
+    FOrderedJson Build;
+    Build["MajorVersion"] = 5;
+    Build["MinorVersion"] = 1;
+    Build["PatchVersion"] = 1;
+    Build["Changelist"] = 23901901;
+    Build["CompatibleChangelist"] = 23901901;
+    Build["IsLicenseeVersion"] = 0;
+    Build["IsPromotedBuild"] = 1;
+    Build["BranchName"] = "++UE5+Release-5.1";
+    return Build;
+}
+
+// A comment, an array line and a section unrelated to streaming, so that editing the loader
+// switch can be checked against neighbours that must not move.
+std::string MakeDefaultEngineIni(const FSampleOptions& Options)
+{
+    return "[/Script/EngineSettings.GameMapsSettings]\n"
+           "GameDefaultMap=/Engine/Maps/Templates/Template_Default\n"
+           "\n"
+           "[/Script/Engine.Engine]\n"
+           "+ActiveGameNameRedirects=(OldGameName=\"TP_Blank\",NewGameName=\"/Script/" + Options.ProjectName + "\")\n"
+           "\n"
+           "[/Script/Engine.StreamingSettings]\n"
+           "; Loader setting used when cooking content for the game.\n"
+           "s.EventDrivenLoaderEnabled=" + std::string(Options.bEventDrivenLoaderEnabled ? "True" : "False") + "\n";
+}
+
+std::string MakeGameUserSettingsIni(const FSampleOptions& Options)
+{
+    std::string Ini = "[ScalabilityGroups]\n"
+                      "sg.ResolutionQuality=100.000000\n"
+                      "\n"
+                      "[/Script/Kelvor.KelvorGameUserSettings]\n"
+                      "bUseVSync=False\n";
+    if (Options.ModDirectory)
+    {
+        Ini += "ModDirectory=" + *Options.ModDirectory + "\n";
+    }
+    return Ini;
+}
+
+std::string AbsoluteRoot(const std::string& Root)
+{
+    std::error_code Error;
+    const std::string Current = std::filesystem::current_path(Error).generic_string();
+    std::string Full = Paths::ConvertRelativePathToFull(Current, Root);
+    while (Full.size() > 1 && Full.back() == '/')
+    {
+        Full.pop_back();
+    }
+    return Full;
+}
+}
+
+FSampleLayout CreateSampleLayout(const std::string& Root, const FSampleOptions& Options)
+{
+    FSampleLayout Layout;
+    Layout.Root = AbsoluteRoot(Root);
+    Layout.ProjectDir = Layout.Root + "/Project/";
+    Layout.ProjectFile = Layout.ProjectDir + Options.ProjectName + ".uproject";
+    Layout.EngineRoot = Layout.Root + "/Engine";
+    Layout.UserSettingsDir = Layout.Root + "/UserSettings/";
+
+    FLayoutWriter Writer;
+    Writer.Json(Layout.ProjectFile, MakeProjectJson());
+    Writer.Text(Layout.ProjectDir + "Config/DefaultEngine.ini", MakeDefaultEngineIni(Options));
+    Writer.Folder(Layout.ProjectDir + "Content/CustomMaps");
+    Writer.Json(Layout.ProjectDir + "Plugins/Maptorn/Maptorn.uplugin", MakePluginJson("Maptorn", "1.0.0", "Other", false));
+    Writer.Bytes(Layout.ProjectDir + "Plugins/Maptorn/Resources/KelvorThumbnail.jpg", ThumbnailJpeg);
+
+    const std::string EngineDir = Layout.EngineRoot + "/Engine/";
+    Writer.Json(EngineDir + "Build/Build.version", MakeBuildVersionJson());
+    const std::string PluginBrowserDir = EngineDir + "Plugins/Editor/PluginBrowser/";
+    Writer.Json(PluginBrowserDir + "PluginBrowser.uplugin", MakePluginJson("Plugin Browser", "1.0", "Editor", true));
+    Writer.Bytes(PluginBrowserDir + "Templates/ContentOnly/Resources/Icon128.png", IconPng);
+    Writer.Folder(PluginBrowserDir + "Templates/ContentOnly/Content");
+
+    Writer.Folder(Layout.UserSettingsDir);
+    if (Options.bWithGameInstall)
+    {
+        Writer.Text(Layout.UserSettingsDir + "Kelvor/Saved/Config/Windows/GameUserSettings.ini",
+            MakeGameUserSettingsIni(Options));
+    }
+
+    Layout.bCreated = Writer.IsOk();
+    Layout.FailReason = Writer.GetFailReason();
+    return Layout;
+}
+}

@@ -1,0 +1,144 @@
+// Start-up and shut-down of the module on a real temporary project, with the standalone host's
+// engine, INI and definition adapters.
+
+#include "Module/MaptornModule.h"
+#include "Platform/JsonDefinitions.h"
+#include "Platform/StandaloneEngine.h"
+#include "Sample/SampleProject.h"
+#include "Support/FakePlatform.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+class ModuleStartup : public ::testing::Test
+{
+protected:
+    void Lay(const Sample::FSampleOptions& Options = {})
+    {
+        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
+        ASSERT_TRUE(Layout.bCreated) << Layout.FailReason;
+        Engine = std::make_unique<FStandaloneEngine>(
+            FStandaloneEngineSettings{Layout.ProjectFile, Layout.EngineRoot, Layout.UserSettingsDir, Temp.Dir()});
+        Definitions = std::make_unique<FJsonDefinitions>(*Engine);
+        Platform = std::make_unique<FMaptornPlatform>(FMaptornPlatform{
+            Fakes.Log, Fakes.Dialogs, *Engine, *Definitions, Fakes.Processes, Fakes.Tasks, Fakes.Http, Fakes.Archive, &Fakes.Session});
+        Module = std::make_unique<FMaptornModule>(*Platform, FMaptornConfig{"1234560", "http://127.0.0.1:1", 5, "k"});
+    }
+
+    std::string InProject(const std::string& Relative) const { return (fs::path(Layout.ProjectDir) / Relative).lexically_normal().generic_string(); }
+    std::string IniPath() const { return InProject("Config/DefaultEngine.ini"); }
+    std::string GameSettings() const { return Layout.UserSettingsDir + "Kelvor/Saved/Config/Windows/GameUserSettings.ini"; }
+
+    FTempDir Temp;
+    FScopedWorkingDirectory WorkingDirectory{Temp.Path()};
+    FFakePlatform Fakes;
+    Sample::FSampleLayout Layout;
+    std::unique_ptr<FStandaloneEngine> Engine;
+    std::unique_ptr<FJsonDefinitions> Definitions;
+    std::unique_ptr<FMaptornPlatform> Platform;
+    std::unique_ptr<FMaptornModule> Module;
+};
+}
+
+TEST_F(ModuleStartup, TheApplicationIdFileIsWrittenAtStartupAndRemovedAtShutdown)
+{
+    Lay();
+    Module->StartupModule();
+    EXPECT_EQ(ReadTextFile(Temp.Path() / "steam_appid.txt"), "1234560");
+    Module->ShutdownModule();
+    EXPECT_FALSE(fs::exists(Temp.Path() / "steam_appid.txt"));
+}
+
+TEST_F(ModuleStartup, AFalseStreamingSettingIsSetTrueKeepingEveryOtherLine)
+{
+    Lay();
+    const std::string Before = ReadTextFile(IniPath());
+    ASSERT_NE(Before.find("s.EventDrivenLoaderEnabled=False"), std::string::npos);
+
+    Module->StartupModule();
+
+    std::string Expected = Before;
+    Expected.replace(Expected.find("s.EventDrivenLoaderEnabled=False"), 32, "s.EventDrivenLoaderEnabled=True");
+    EXPECT_EQ(ReadTextFile(IniPath()), Expected);
+    const std::string AbsoluteIni = fs::path(IniPath()).lexically_normal().generic_string();
+    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Disabling EventDrivenLoader: " + AbsoluteIni));
+    Module->ShutdownModule();
+}
+
+TEST_F(ModuleStartup, AMissingStreamingSettingIsAddedInItsOwnSection)
+{
+    Lay();
+    WriteTextFile(IniPath(), "; the project's own notes\n[/Script/EngineSettings.GameMapsSettings]\nGameDefaultMap=/Game/Start\n");
+    Module->StartupModule();
+    const std::string After = ReadTextFile(IniPath());
+    EXPECT_EQ(After.rfind("; the project's own notes\n[/Script/EngineSettings.GameMapsSettings]\nGameDefaultMap=/Game/Start\n", 0), 0u);
+    EXPECT_NE(After.find("[/Script/Engine.StreamingSettings]\ns.EventDrivenLoaderEnabled=True"), std::string::npos);
+    Module->ShutdownModule();
+}
+
+TEST_F(ModuleStartup, ATrueStreamingSettingIsNeitherWrittenNorLogged)
+{
+    Sample::FSampleOptions Options;
+    Options.bEventDrivenLoaderEnabled = true;
+    Lay(Options);
+    const auto Before = fs::last_write_time(IniPath());
+    const std::string Text = ReadTextFile(IniPath());
+
+    Module->StartupModule();
+
+    EXPECT_EQ(ReadTextFile(IniPath()), Text);
+    EXPECT_EQ(fs::last_write_time(IniPath()), Before);
+    for (const FLogLine& Line : Fakes.Log.Lines)
+    {
+        EXPECT_EQ(Line.Message.find("EventDrivenLoader"), std::string::npos) << Line.Message;
+    }
+    Module->ShutdownModule();
+}
+
+TEST_F(ModuleStartup, WithoutTheGameTheModDirectoryIsTheAbsoluteSavedFolder)
+{
+    Lay();
+    Module->StartupModule();
+    EXPECT_EQ(Module->ModioClient->ModDirectory, InProject("Saved/"));
+    Module->ShutdownModule();
+}
+
+TEST_F(ModuleStartup, WithTheGameTheModDirectoryFollowsItsSettingWhenTheFolderExists)
+{
+    Sample::FSampleOptions Options;
+    Options.bWithGameInstall = true;
+    Options.ModDirectory = Temp.Dir() + "NoSuchFolder";
+    Lay(Options);
+    Module->StartupModule();
+    EXPECT_EQ(Module->ModioClient->ModDirectory, Layout.UserSettingsDir + "Kelvor/Saved/Mods");
+    Module->ShutdownModule();
+
+    fs::create_directories(Temp.Path() / "Mods Elsewhere");
+    WriteTextFile(GameSettings(), "[/Script/Kelvor.KelvorGameUserSettings]\nModDirectory=" + Temp.Dir() + "Mods Elsewhere\n");
+    Module->StartupModule();
+    EXPECT_EQ(Module->ModioClient->ModDirectory, Temp.Dir() + "Mods Elsewhere");
+    Module->ShutdownModule();
+
+    WriteTextFile(GameSettings(), "[/Script/Kelvor.KelvorGameUserSettings]\nModDirectory=/\n");
+    Module->StartupModule();
+    EXPECT_EQ(Module->ModioClient->ModDirectory, "/") << "one character naming an existing folder";
+    Module->ShutdownModule();
+}
+
+TEST_F(ModuleStartup, TheProjectMapIsFoundAtStartup)
+{
+    Lay();
+    fs::create_directories(InProject("Content/CustomMaps/SVR_Harbour"));
+    Module->StartupModule();
+    EXPECT_EQ(Module->SVR->Id, "Harbour");
+    EXPECT_TRUE(Fakes.Log.Has("MaptornLog", ELogVerbosity::Log, "Loaded SVR ID:Harbour"));
+    Module->ShutdownModule();
+}
