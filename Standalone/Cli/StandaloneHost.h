@@ -27,7 +27,7 @@ enum EExitCode : int
 // What every command gets: the parsed options and the console.
 struct FCommandContext
 {
-    FHostOptions Options;
+    const FHostOptions& Options;
     std::ostream& Out;
     std::ostream& Err;
     std::istream& In;

@@ -1,0 +1,192 @@
+// The `maptorn` binary run as a child process on real sample projects.
+
+#include "Platform/StandaloneProcesses.h"
+#include "Sample/SampleProject.h"
+#include "Support/ProjectSnapshot.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+struct FRun
+{
+    int32 ExitCode = -1;
+    std::string Out;
+    std::string Err;
+};
+
+std::string Quote(const std::string& Text)
+{
+    return "\"" + Text + "\"";
+}
+
+class MaptornCli : public ::testing::Test
+{
+protected:
+    MaptornCli()
+    {
+        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample");
+        // Keep the developer's own configuration out of the tests.
+        setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
+        for (const char* Name : {"MAPTORN_CONFIG", "MAPTORN_PROJECT", "MAPTORN_ENGINE", "MAPTORN_MODIO_GAME_ID", "MAPTORN_MODIO_API_KEY"})
+        {
+            unsetenv(Name);
+        }
+    }
+
+    FRun Run(const std::string& Params)
+    {
+        FRun Result;
+        FStandaloneProcesses Processes;
+        EXPECT_TRUE(Processes.ExecProcess(MAPTORN_CLI_PATH, Params, Result.ExitCode, Result.Out, Result.Err));
+        return Result;
+    }
+
+    std::string InSample() const
+    {
+        return "--project " + Quote(Layout.ProjectDir) + " --engine " + Quote(Layout.EngineRoot) + " --user-settings-dir " +
+               Quote(Layout.UserSettingsDir) + " ";
+    }
+
+    FTempDir Temp;
+    FScopedWorkingDirectory WorkingDirectory{Temp.Path()};
+    Sample::FSampleLayout Layout;
+};
+}
+
+TEST_F(MaptornCli, MapCreateWritesTheDefinitionIntoTheProject)
+{
+    const FRun Result = Run(InSample() + "map create Harbour --name " + Quote("Old Harbour"));
+    EXPECT_EQ(Result.ExitCode, 0) << Result.Out << Result.Err;
+    const std::string Definition = ReadTextFile(fs::path(Layout.ProjectDir) / "Content/CustomMaps/SVR_Harbour/definition.json");
+    EXPECT_NE(Definition.find("\"Class\": \"Kelvor_Map\""), std::string::npos) << Definition;
+    EXPECT_NE(Definition.find("\"Label\": \"SVR_Harbour\""), std::string::npos) << Definition;
+    EXPECT_NE(Definition.find("\"DisplayName\": \"Old_Harbour\""), std::string::npos) << Definition;
+}
+
+TEST_F(MaptornCli, RefusedInputExitsNonZeroAndChangesNothingOnDisk)
+{
+    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
+    struct FCase
+    {
+        std::string Params;
+        int32 ExitCode;
+        std::string Says;
+    };
+    const std::vector<FCase> Cases = {
+        {"map create Short --name ab", 1, "[Error] The map name needs to be 3-32 characters long"},
+        {"map create Long --name " + std::string(33, 'x'), 1, "[Error] The map name needs to be 3-32 characters long"},
+        {"map create " + Quote("bad/id") + " --name Forest", 2, "map id"},
+        {"plugin create 12 --type vehicle", 2, "use map, mod or gamemode"},
+        {"plugin create abc --type map", 2, "mod id must be the number"},
+        {"plugin create 12", 2, "--type is required"},
+    };
+    for (const FCase& Case : Cases)
+    {
+        const FRun Result = Run(InSample() + Case.Params);
+        EXPECT_EQ(Result.ExitCode, Case.ExitCode) << Case.Params << "\n" << Result.Out << Result.Err;
+        EXPECT_NE((Result.Out + Result.Err).find(Case.Says), std::string::npos) << Case.Params << "\n" << Result.Out << Result.Err;
+    }
+    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+}
+
+TEST_F(MaptornCli, WithoutAProjectTheToolSaysWhereItLookedAndChangesNothing)
+{
+    fs::create_directories(Temp.Path() / "Empty");
+    FScopedWorkingDirectory InEmpty(Temp.Path() / "Empty");
+    const FRun Found = Run("env");
+    EXPECT_EQ(Found.ExitCode, 3);
+    EXPECT_NE(Found.Err.find("No Unreal project found"), std::string::npos) << Found.Err;
+
+    const FRun Named = Run("--project " + Quote(Temp.Dir() + "Nowhere") + " map create Bay --name Bay");
+    EXPECT_EQ(Named.ExitCode, 3);
+    EXPECT_NE(Named.Err.find("does not exist"), std::string::npos) << Named.Err;
+    EXPECT_TRUE(fs::is_empty(Temp.Path() / "Empty"));
+}
+
+TEST_F(MaptornCli, PluginCreationNeedsTheEngineFolder)
+{
+    const FRun Result = Run("--project " + Quote(Layout.ProjectDir) + " plugin create 12 --type map");
+    EXPECT_EQ(Result.ExitCode, 3);
+    EXPECT_NE(Result.Err.find("--engine"), std::string::npos) << Result.Err;
+    EXPECT_FALSE(fs::exists(fs::path(Layout.ProjectDir) / "Plugins/UGC12"));
+
+    const FRun WrongEngine = Run("--project " + Quote(Layout.ProjectDir) + " --engine " + Quote(Temp.Dir()) + " plugin create 12 --type map");
+    EXPECT_EQ(WrongEngine.ExitCode, 3);
+    EXPECT_NE(WrongEngine.Err.find("Build.version"), std::string::npos) << WrongEngine.Err;
+}
+
+TEST_F(MaptornCli, ASecondPluginWithTheSameIdIsRefusedAndTheFirstIsKept)
+{
+    ASSERT_EQ(Run(InSample() + "plugin create 77 --type gamemode").ExitCode, 0);
+    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
+    const FRun Again = Run(InSample() + "plugin create 77 --type map");
+    EXPECT_EQ(Again.ExitCode, 1);
+    EXPECT_NE(Again.Err.find("was not created; the project is unchanged"), std::string::npos) << Again.Err;
+    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+
+    const FRun Env = Run(InSample() + "env");
+    EXPECT_NE(Env.Out.find("UGC77 (GameMode)"), std::string::npos) << Env.Out;
+}
+
+TEST_F(MaptornCli, EnvShowsWhereEachValueCameFromAndNeverTheApiKey)
+{
+    const std::string Secret = "0123456789abcdef0123456789abcdef";
+    WriteTextFile(Temp.Path() / "maptorn.ini", "[maptorn]\nmodio_game_id=5\nsteam_app_id=42\nmodio_api_key=" + Secret + "\n");
+    setenv("MAPTORN_MODIO_GAME_ID", "6", 1);
+    const FRun Result = Run(InSample() + "--config " + Quote(Temp.Dir() + "maptorn.ini") + " env");
+    unsetenv("MAPTORN_MODIO_GAME_ID");
+
+    EXPECT_EQ(Result.ExitCode, 0) << Result.Err;
+    EXPECT_NE(Result.Out.find("6  (environment MAPTORN_MODIO_GAME_ID)"), std::string::npos) << Result.Out;
+    EXPECT_NE(Result.Out.find("42  (config file"), std::string::npos) << Result.Out;
+    EXPECT_NE(Result.Out.find("https://g-6.modapi.io  (default)"), std::string::npos) << Result.Out;
+    EXPECT_NE(Result.Out.find("set, 32 characters"), std::string::npos) << Result.Out;
+    EXPECT_EQ((Result.Out + Result.Err).find(Secret), std::string::npos);
+
+    const FRun Flag = Run(InSample() + "--modio-game-id 7 env");
+    EXPECT_NE(Flag.Out.find("7  (--modio-game-id)"), std::string::npos) << Flag.Out;
+}
+
+TEST_F(MaptornCli, EnvReadsAndNeverWrites)
+{
+    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
+    const FRun Result = Run(InSample() + "env");
+    EXPECT_EQ(Result.ExitCode, 0) << Result.Err;
+    EXPECT_NE(Result.Out.find("s.EventDrivenLoaderEnabled is False"), std::string::npos) << Result.Out;
+    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+    EXPECT_FALSE(fs::exists(Temp.Path() / "steam_appid.txt"));
+}
+
+TEST_F(MaptornCli, MalformedConfigurationIsRefusedWithItsSource)
+{
+    const FRun Result = Run(InSample() + "--modio-game-id twelve env");
+    EXPECT_EQ(Result.ExitCode, 3);
+    EXPECT_NE(Result.Err.find("game id must be a number (from --modio-game-id)"), std::string::npos) << Result.Err;
+}
+
+TEST_F(MaptornCli, EveryCommandExplainsItself)
+{
+    for (const std::string Command : {"", "env ", "map ", "map create ", "plugin ", "plugin create ", "sample ", "demo "})
+    {
+        const FRun Result = Run(Command + "--help");
+        EXPECT_EQ(Result.ExitCode, 0) << Command;
+        EXPECT_NE(Result.Out.find("Usage"), std::string::npos) << Command << Result.Out;
+    }
+}
+
+TEST_F(MaptornCli, DemoRunsEveryStepAndCleansUp)
+{
+    const FRun Result = Run("demo --dir " + Quote(Temp.Dir() + "demo"));
+    EXPECT_EQ(Result.ExitCode, 0) << Result.Out << Result.Err;
+    EXPECT_NE(Result.Out.find("Demo: 5 of 5 steps succeeded."), std::string::npos) << Result.Out;
+    EXPECT_FALSE(fs::exists(Temp.Path() / "demo"));
+}
