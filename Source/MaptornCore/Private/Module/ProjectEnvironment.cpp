@@ -54,6 +54,12 @@ std::string GetProjectEngineSettingsPath(IMaptornEngine& Engine)
     return Paths::ConvertRelativePathToFull(Engine.GetBaseDir(), Paths::Combine(Engine.ProjectConfigDir(), "DefaultEngine.ini"));
 }
 
+// Each of the two texts has exactly one "%s", which stands for the file.
+static std::string FormatStreamingFixLine(const char* LogLineFormat, const std::string& SettingsFile)
+{
+    return ReplaceAll(LogLineFormat, "%s", SettingsFile);
+}
+
 void EnsureEventDrivenLoaderEnabled(IMaptornEngine& Engine, IMaptornLog& Log, const char* LogLineFormat)
 {
     IConfigCache* Config = Engine.GetConfig();
@@ -70,10 +76,6 @@ void EnsureEventDrivenLoaderEnabled(IMaptornEngine& Engine, IMaptornLog& Log, co
     }
     Config->SetBool(StreamingSettingsSection, EventDrivenLoaderKey, true, SettingsFile);
     Config->Flush(false, SettingsFile);
-    // The format comes from the two constants above; each has exactly one %s.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf(LogLineFormat, SettingsFile.c_str()));
-#pragma GCC diagnostic pop
+    Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, FormatStreamingFixLine(LogLineFormat, SettingsFile));
 }
 }

@@ -3,10 +3,16 @@
 #include <string>
 #include <string_view>
 
+#if defined(__GNUC__) || defined(__clang__)
+#define MAPTORN_PRINTF_FORMAT(FormatIndex, FirstArgument) __attribute__((format(printf, FormatIndex, FirstArgument)))
+#else
+#define MAPTORN_PRINTF_FORMAT(FormatIndex, FirstArgument)
+#endif
+
 namespace Maptorn
 {
-// printf-style formatting into a std::string (FString::Printf). The compiler checks the arguments.
-std::string Printf(const char* Format, ...) __attribute__((format(printf, 1, 2)));
+// printf-style formatting into a std::string (FString::Printf). GCC and Clang check the arguments.
+std::string Printf(const char* Format, ...) MAPTORN_PRINTF_FORMAT(1, 2);
 
 std::string ToLower(std::string_view Text);
 bool EqualsIgnoreCase(std::string_view A, std::string_view B);
