@@ -104,6 +104,13 @@ static void AppendUtf8(std::string& Out, char32_t CodePoint)
 
 bool SaveStringToFile(const std::string& Text, const std::string& FilePath)
 {
+    // The engine's file writer makes the folder first; so do we.
+    std::error_code Error;
+    const fs::path Parent = fs::path(FilePath).parent_path();
+    if (!Parent.empty())
+    {
+        fs::create_directories(Parent, Error);
+    }
     std::ofstream Out(FilePath, std::ios::binary | std::ios::trunc);
     if (!Out)
     {

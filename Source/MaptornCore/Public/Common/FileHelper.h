@@ -10,7 +10,7 @@
 namespace Maptorn::FileHelper
 {
 // Saves as the engine's default options do: pure-ASCII text as single bytes, any other text
-// as UTF-16LE with a byte-order mark. False when the file cannot be written.
+// as UTF-16LE with a byte-order mark. Creates the file's folder. False when the file cannot be written.
 bool SaveStringToFile(const std::string& Text, const std::string& FilePath);
 
 // Reads a file written either way back into UTF-8; empty when it cannot be read.
