@@ -228,6 +228,24 @@ bool DeleteDirectoryRecursively(const std::string& Path)
     return !Error && !DirectoryExists(Path);
 }
 
+bool MoveFile(const std::string& From, const std::string& To)
+{
+    std::error_code Error;
+    fs::rename(From, To, Error);
+    if (!Error)
+    {
+        return true;
+    }
+    return CopyFile(From, To) && DeleteFile(From);
+}
+
+bool CopyFile(const std::string& From, const std::string& To)
+{
+    std::error_code Error;
+    fs::copy_file(From, To, fs::copy_options::overwrite_existing, Error);
+    return !Error;
+}
+
 int64 FileSize(const std::string& Path)
 {
     std::error_code Error;

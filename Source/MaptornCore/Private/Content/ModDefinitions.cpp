@@ -49,6 +49,18 @@ std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform,
     return Definition;
 }
 
+std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId)
+{
+    for (EModType Kind : {EModType::Map, EModType::Mod, EModType::GameMode})
+    {
+        if (std::shared_ptr<FKelvorDefinition> Definition = LoadModDefinition(Platform, ModId, Kind))
+        {
+            return Definition;
+        }
+    }
+    return nullptr;
+}
+
 bool CreateUGCPlugin(FMaptornPlatform& Platform, FModioInterface& Client, const std::string& ModId, EModType Type)
 {
     const std::string PluginName = MakeUGCPluginName(ModId);

@@ -28,6 +28,9 @@ bool DirectoryExists(const std::string& Path);
 bool CreateDirectoryTree(const std::string& Path);
 bool DeleteFile(const std::string& Path);
 bool DeleteDirectoryRecursively(const std::string& Path);
+// Renames, or copies and deletes when the two paths are on different devices.
+bool MoveFile(const std::string& From, const std::string& To);
+bool CopyFile(const std::string& From, const std::string& To);
 // -1 when the file does not exist.
 int64 FileSize(const std::string& Path);
 

@@ -2,6 +2,7 @@
 
 #include "Common/CoreTypes.h"
 #include "Common/MulticastDelegate.h"
+#include "Content/KelvorDefinition.h"
 #include "Content/ModType.h"
 #include "Modio/SourceModInfo.h"
 #include "Module/MaptornConfig.h"
@@ -85,6 +86,9 @@ public:
 
     // Where the game keeps mods for this user.
     std::string ModDirectory;
+
+    // The definition of the content being built or uploaded.
+    std::shared_ptr<FKelvorDefinition> CurrentDefinition;
 
     // Source-plug-in catalogue and downloads.
     FSourceModQuery SourceQuery;

@@ -1,0 +1,93 @@
+#include "Build/WorkshopDeploy.h"
+
+#include "Build/Cooker.h"
+#include "Build/DepotManifest.h"
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+#include "Common/StringUtil.h"
+#include "Module/MaptornModule.h"
+#include "Module/ProjectEnvironment.h"
+
+namespace Maptorn
+{
+namespace
+{
+void EndDeploy(FMaptornModule& Module)
+{
+    if (Module.SteamUGC)
+    {
+        Module.SteamUGC->bUploadInProgress = false;
+    }
+    Module.bBusy = false;
+}
+
+void WriteManifest(FMaptornModule& Module, const FKelvorDefinition& Definition, const std::string& DepotFolder)
+{
+    FMaptornPlatform& Platform = Module.GetPlatform();
+    FileHelper::SaveStringToFile(MakeDepotManifestJson(Definition), Paths::Combine(DepotFolder, "metadata.json"));
+    if (Module.SteamUGC)
+    {
+        Module.SteamUGC->bUploadInProgress = true;
+    }
+    Module.bBusy = false;
+    Platform.Dialogs.MessageBox(EAppMsgType::Ok, "Successfully built!", "Kelvor Build");
+}
+
+void CookPlatform(FMaptornModule& Module, const FKelvorDefinition* Definition, bool bWindows, const std::string& DepotFolder)
+{
+    FMaptornPlatform& Platform = Module.GetPlatform();
+    FCooker Cooker(Platform);
+    Cooker.WriteBuildMarker(bWindows);
+    std::string MapUrl;
+    if (Definition)
+    {
+        const std::string& MapPath = bWindows ? Definition->Map : Definition->VeskoMap;
+        MapUrl = MapPath.empty() ? std::string() : GetLongPackageName(MapPath);
+    }
+    if (MapUrl.empty())
+    {
+        Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Please specify a map in the Definition file!");
+        return EndDeploy(Module);
+    }
+    if (!Cooker.CookMap(MapUrl, bWindows))
+    {
+        Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Cooked content is needed for deploying!");
+        return EndDeploy(Module);
+    }
+    // The platform paks of a depot build are made by the game's own pipeline, not here.
+    const std::string ClientPak = Paths::Combine(DepotFolder, bWindows ? "Windows.pak" : "Android_ASTC.pak");
+    const std::string ServerPak = Paths::Combine(DepotFolder, bWindows ? "LinuxServer.pak" : "VeskoLinuxServer.pak");
+    Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Warning,
+        Printf("Cooked for deploying; %s and %s are not built by the deploy", ClientPak.c_str(), ServerPak.c_str()));
+    EndDeploy(Module);
+}
+}
+
+void RunWorkshopDeploy(FMaptornModule& Module)
+{
+    FMaptornPlatform& Platform = Module.GetPlatform();
+    const std::shared_ptr<FKelvorDefinition> Definition = Module.SVR ? Module.SVR->GetMapDefinition() : nullptr;
+    const std::string Label = Definition ? Definition->Label : std::string();
+
+    const std::string DepotFolder = Paths::Combine(ProjectEnvironment::GetDepotDirectory(Platform.Engine), Label);
+    if (!FileSystem::DirectoryExists(DepotFolder) && !FileSystem::CreateDirectoryTree(DepotFolder))
+    {
+        Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, Printf("Cannot create the depot folder %s", DepotFolder.c_str()));
+        return EndDeploy(Module);
+    }
+
+    if (Module.bWindowsPlatform)
+    {
+        return CookPlatform(Module, Definition.get(), true, DepotFolder);
+    }
+    if (Module.bAndroidPlatform)
+    {
+        return CookPlatform(Module, Definition.get(), false, DepotFolder);
+    }
+    if (Definition)
+    {
+        return WriteManifest(Module, *Definition, DepotFolder);
+    }
+    EndDeploy(Module);
+}
+}

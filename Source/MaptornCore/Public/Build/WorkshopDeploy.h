@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Maptorn
+{
+class FMaptornModule;
+
+// Prepares a Steam Workshop build of the project's own map in the depot folder: with no platform
+// chosen it writes the build manifest; with one chosen it cooks that platform's content. Runs on
+// a worker while the module's bBusy is set, and clears it on every exit.
+void RunWorkshopDeploy(FMaptornModule& Module);
+}
