@@ -176,7 +176,7 @@ bool FRecordingProcesses::ExecProcess(const std::string& Url, const std::string&
     std::string& OutStdErr)
 {
     Calls.emplace_back(Url, Params);
-    if (!bStartable)
+    if (!bStartable || Calls.size() > UnstartableFromCall)
     {
         return false;
     }

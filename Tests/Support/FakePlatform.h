@@ -135,6 +135,7 @@ public:
         std::string& OutStdErr) override;
     std::vector<std::pair<std::string, std::string>> Calls;
     bool bStartable = true;
+    std::size_t UnstartableFromCall = SIZE_MAX;     // 0-based index of the first call that cannot start
     int32 ReturnCode = 0;
     std::string StdOut, StdErr;
 };

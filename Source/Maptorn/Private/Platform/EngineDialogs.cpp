@@ -11,6 +11,11 @@
 #include "Misc/MessageDialog.h"
 #include "Misc/Paths.h"
 
+// Again after the engine's headers, in case one of them brought windows.h in.
+#ifdef MessageBox
+#undef MessageBox
+#endif
+
 namespace MaptornDialogs
 {
 Maptorn::EAppReturnType ToCoreAnswer(EAppReturnType::Type Answer)

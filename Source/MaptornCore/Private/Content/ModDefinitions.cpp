@@ -33,32 +33,24 @@ std::string MakeUGCPluginName(const std::string& ModId)
     return Printf("UGC%s", ModId.c_str());
 }
 
-std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform, const std::string& ModId, EModType Kind)
+std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId)
 {
     if (!IsUsableModId(ModId))
     {
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Error, Printf("Cannot find Definition for %s", ModId.c_str()));
         return nullptr;
     }
-    std::shared_ptr<FKelvorDefinition> Definition =
-        Platform.Definitions.LoadObject(Printf("/UGC%s/definition.definition", ModId.c_str()));
+    return Platform.Definitions.LoadObject(Printf("/UGC%s/definition.definition", ModId.c_str()));
+}
+
+std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform, const std::string& ModId, EModType Kind)
+{
+    std::shared_ptr<FKelvorDefinition> Definition = LoadAnyModDefinition(Platform, ModId);
     if (!Definition || Definition->Class != Kind)
     {
         return nullptr;
     }
     return Definition;
-}
-
-std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId)
-{
-    for (EModType Kind : {EModType::Map, EModType::Mod, EModType::GameMode})
-    {
-        if (std::shared_ptr<FKelvorDefinition> Definition = LoadModDefinition(Platform, ModId, Kind))
-        {
-            return Definition;
-        }
-    }
-    return nullptr;
 }
 
 bool CreateUGCPlugin(FMaptornPlatform& Platform, FModioInterface& Client, const std::string& ModId, EModType Type)

@@ -13,7 +13,7 @@ class FModioInterface;
 // The definition of the mod.io plug-in "UGC<ModId>" when it exists and is of the asked kind.
 std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform, const std::string& ModId, EModType Kind);
 
-// The definition of "UGC<ModId>" whatever its kind (a map, then a mod, then a game mode).
+// The definition of "UGC<ModId>" whatever its kind.
 std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId);
 
 // Creates the content-only plug-in "UGC<ModId>" from the engine's ContentOnly template, with its
