@@ -2,6 +2,7 @@
 
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
+#include "Sample/StandinInstall.h"
 
 #include <nlohmann/json.hpp>
 
@@ -181,7 +182,8 @@ FSampleLayout CreateSampleLayout(const std::string& Root, const FSampleOptions& 
     Layout.Root = AbsoluteRoot(Root);
     Layout.ProjectDir = Layout.Root + "/Project/";
     Layout.ProjectFile = Layout.ProjectDir + Options.ProjectName + ".uproject";
-    Layout.EngineRoot = Layout.Root + "/Engine";
+    // Named like an installed engine, so the automation tool's log folder carries the version.
+    Layout.EngineRoot = Layout.Root + "/UE_5.1";
     Layout.UserSettingsDir = Layout.Root + "/UserSettings/";
 
     FLayoutWriter Writer;
@@ -207,6 +209,15 @@ FSampleLayout CreateSampleLayout(const std::string& Root, const FSampleOptions& 
 
     Layout.bCreated = Writer.IsOk();
     Layout.FailReason = Writer.GetFailReason();
+    if (Layout.bCreated && !Options.StandinBinary.empty())
+    {
+        Layout.bCreated = InstallStandinEngine(Layout.EngineRoot, Options.StandinBinary, AutomationLogsDir(Layout), Layout.FailReason);
+    }
     return Layout;
+}
+
+std::string AutomationLogsDir(const FSampleLayout& Layout)
+{
+    return Paths::ConvertRelativePathToFull("/", Layout.UserSettingsDir + "../Roaming/Unreal Engine/AutomationTool/Logs");
 }
 }

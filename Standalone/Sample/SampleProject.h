@@ -15,6 +15,8 @@ struct FSampleOptions
     bool bWithGameInstall = false;
     // Written as ModDirectory= in GameUserSettings.ini when given (needs bWithGameInstall).
     std::optional<std::string> ModDirectory;
+    // When set, the stand-in engine tools are installed from this binary.
+    std::string StandinBinary;
 };
 
 // Where things went. Directories end with "/" except EngineRoot, the folder that holds Engine/.
@@ -32,5 +34,8 @@ struct FSampleLayout
 // Lays out, under Root, a sample project (Root/Project), a stand-in engine folder with its
 // version file and the plug-in browser's ContentOnly template (Root/Engine), and a user-settings
 // folder (Root/UserSettings). Never throws; a failed step is reported in the result.
+// Where the sample's automation tool keeps its logs: <user settings>/../Roaming/Unreal Engine/AutomationTool/Logs.
+std::string AutomationLogsDir(const FSampleLayout& Layout);
+
 FSampleLayout CreateSampleLayout(const std::string& Root, const FSampleOptions& Options = {});
 }

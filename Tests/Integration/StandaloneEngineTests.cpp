@@ -91,7 +91,7 @@ TEST_F(StandaloneEngineTest, PathsAreAbsoluteFoldersOfTheProjectAndEngine)
     EXPECT_EQ(Engine().ProjectConfigDir(), Root + "/Project/Config/");
     EXPECT_EQ(Engine().ProjectSavedDir(), Root + "/Project/Saved/");
     EXPECT_EQ(Engine().ProjectPluginsDir(), Root + "/Project/Plugins/");
-    EXPECT_EQ(Engine().EngineDir(), Root + "/Engine/Engine/");
+    EXPECT_EQ(Engine().EngineDir(), Root + "/UE_5.1/Engine/");
     EXPECT_EQ(Engine().UserSettingsDir(), Root + "/UserSettings/");
     EXPECT_EQ(Engine().EngineUserDir(), Root + "/UserSettings/UnrealEngine/5.1/");
     EXPECT_EQ(Engine().GetBaseDir(), Root + "/Engine/Binaries/Linux/");

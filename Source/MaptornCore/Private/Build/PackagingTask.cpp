@@ -71,8 +71,9 @@ void FPackager::MoveVeskoPak(uint8 Target, const std::string& PluginName, std::s
 
 void FPackager::EchoAutomationLog()
 {
-    const std::string LogsFolder = Paths::Combine(
-        Paths::Combine(Platform.Engine.EngineUserDir(), "../../../"), "Roaming", "Unreal Engine", "AutomationTool", "Logs");
+    // Collapsed as Windows does, so that missing folders on the way do not matter.
+    const std::string LogsFolder = Paths::ConvertRelativePathToFull(Platform.Engine.GetBaseDir(),
+        Paths::Combine(Paths::Combine(Platform.Engine.EngineUserDir(), "../../../"), "Roaming", "Unreal Engine", "AutomationTool", "Logs"));
     std::string LogFolder;
     for (const FileSystem::FDirectoryEntry& Entry : FileSystem::ListDirectory(LogsFolder))
     {
