@@ -12,16 +12,17 @@ namespace Maptorn
 {
 namespace
 {
-void EndDeploy(FMaptornModule& Module)
+bool EndDeploy(FMaptornModule& Module, bool bSucceeded)
 {
     if (Module.SteamUGC)
     {
         Module.SteamUGC->bUploadInProgress = false;
     }
     Module.bBusy = false;
+    return bSucceeded;
 }
 
-void WriteManifest(FMaptornModule& Module, const FKelvorDefinition& Definition, const std::string& DepotFolder)
+bool WriteManifest(FMaptornModule& Module, const FKelvorDefinition& Definition, const std::string& DepotFolder)
 {
     FMaptornPlatform& Platform = Module.GetPlatform();
     FileHelper::SaveStringToFile(MakeDepotManifestJson(Definition), Paths::Combine(DepotFolder, "metadata.json"));
@@ -31,9 +32,10 @@ void WriteManifest(FMaptornModule& Module, const FKelvorDefinition& Definition, 
     }
     Module.bBusy = false;
     Platform.Dialogs.MessageBox(EAppMsgType::Ok, "Successfully built!", "Kelvor Build");
+    return true;
 }
 
-void CookPlatform(FMaptornModule& Module, const FKelvorDefinition* Definition, bool bWindows, const std::string& DepotFolder)
+bool CookPlatform(FMaptornModule& Module, const FKelvorDefinition* Definition, bool bWindows, const std::string& DepotFolder)
 {
     FMaptornPlatform& Platform = Module.GetPlatform();
     FCooker Cooker(Platform);
@@ -47,23 +49,23 @@ void CookPlatform(FMaptornModule& Module, const FKelvorDefinition* Definition, b
     if (MapUrl.empty())
     {
         Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Please specify a map in the Definition file!");
-        return EndDeploy(Module);
+        return EndDeploy(Module, false);
     }
     if (!Cooker.CookMap(MapUrl, bWindows))
     {
         Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Cooked content is needed for deploying!");
-        return EndDeploy(Module);
+        return EndDeploy(Module, false);
     }
     // The platform paks of a depot build are made by the game's own pipeline, not here.
     const std::string ClientPak = Paths::Combine(DepotFolder, bWindows ? "Windows.pak" : "Android_ASTC.pak");
     const std::string ServerPak = Paths::Combine(DepotFolder, bWindows ? "LinuxServer.pak" : "VeskoLinuxServer.pak");
     Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Warning,
         Printf("Cooked for deploying; %s and %s are not built by the deploy", ClientPak.c_str(), ServerPak.c_str()));
-    EndDeploy(Module);
+    return EndDeploy(Module, true);
 }
 }
 
-void RunWorkshopDeploy(FMaptornModule& Module)
+bool RunWorkshopDeploy(FMaptornModule& Module)
 {
     FMaptornPlatform& Platform = Module.GetPlatform();
     const std::shared_ptr<FKelvorDefinition> Definition = Module.SVR ? Module.SVR->GetMapDefinition() : nullptr;
@@ -73,7 +75,7 @@ void RunWorkshopDeploy(FMaptornModule& Module)
     if (!FileSystem::DirectoryExists(DepotFolder) && !FileSystem::CreateDirectoryTree(DepotFolder))
     {
         Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, Printf("Cannot create the depot folder %s", DepotFolder.c_str()));
-        return EndDeploy(Module);
+        return EndDeploy(Module, false);
     }
 
     if (Module.bWindowsPlatform)
@@ -88,6 +90,6 @@ void RunWorkshopDeploy(FMaptornModule& Module)
     {
         return WriteManifest(Module, *Definition, DepotFolder);
     }
-    EndDeploy(Module);
+    return EndDeploy(Module, false);
 }
 }

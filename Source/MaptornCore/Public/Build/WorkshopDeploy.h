@@ -6,6 +6,7 @@ class FMaptornModule;
 
 // Prepares a Steam Workshop build of the project's own map in the depot folder: with no platform
 // chosen it writes the build manifest; with one chosen it cooks that platform's content. Runs on
-// a worker while the module's bBusy is set, and clears it on every exit.
-void RunWorkshopDeploy(FMaptornModule& Module);
+// a worker while the module's bBusy is set, and clears it on every exit. True when the manifest
+// was written or the platform's content cooked.
+bool RunWorkshopDeploy(FMaptornModule& Module);
 }
