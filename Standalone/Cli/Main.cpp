@@ -53,6 +53,35 @@ int main(int Argc, char** Argv)
     PluginCreate->add_option("--type", TypeWord, "What the mod holds: map, mod or gamemode")->required();
     PluginCreate->callback([&] { ExitCode = RunPluginCreate(Context, ModId, TypeWord); });
 
+    CLI::App* Cook = App.add_subcommand("cook", "Cook content with the engine's editor (the chosen platform plus LinuxServer)");
+    FCookRequest CookRequest;
+    Cook->add_option("modid", CookRequest.ModId, "Cook the plug-in UGC<modid>: its definition's linked map, or --cookdir");
+    Cook->add_option("--map", CookRequest.MapUrl, "Cook this map package instead, e.g. /Game/CustomMaps/SVR_Bay/Bay");
+    Cook->add_option("--cookdir", CookRequest.CookDirectory, "Cook a content folder of the plug-in, e.g. /UGC4711/");
+    Cook->add_flag("--android", CookRequest.bAndroid, "Cook for Android (ASTC) instead of Windows");
+    Cook->callback([&] { ExitCode = RunCook(Context, CookRequest); });
+
+    CLI::App* Pak = App.add_subcommand("pak", "Pack the cooked content of UGC<modid> into one pak with the engine's pak tool");
+    std::string PakModId, PakPlatform = "Windows", PakOutput;
+    Pak->add_option("modid", PakModId, "The mod's id on mod.io (digits)")->required();
+    Pak->add_option("--platform", PakPlatform, "The cooked platform: Windows, Android_ASTC or LinuxServer")->capture_default_str();
+    Pak->add_option("--output", PakOutput, "Folder for the pak and its metadata.json (default: Saved/Cooked/Workshop)");
+    Pak->callback([&] { ExitCode = RunPak(Context, PakModId, PakPlatform, PakOutput); });
+
+    CLI::App* Package = App.add_subcommand("package", "Package UGC<modid> per platform with the automation tool, for upload or staged into a game install");
+    FPackageRequest PackageRequest;
+    Package->add_option("modid", PackageRequest.ModId, "The mod's id on mod.io (digits)")->required();
+    Package->add_flag("--windows", PackageRequest.bWindows, "The Windows client (and the Kelvor Linux server when not staging)");
+    Package->add_flag("--android", PackageRequest.bAndroid, "Quest/Android and the Vesko Linux server");
+    Package->add_option("--stage-dir", PackageRequest.StageDir, "Stage into this game install folder instead of packaging for upload");
+    Package->callback([&] { ExitCode = RunPackage(Context, PackageRequest); });
+
+    CLI::App* Deploy = App.add_subcommand("deploy", "Prepare the Steam Workshop build of the project's map in Saved/Cooked/Depot");
+    bool bDeployWindows = false, bDeployAndroid = false;
+    Deploy->add_flag("--windows", bDeployWindows, "Cook the Windows map (wins over --android)");
+    Deploy->add_flag("--android", bDeployAndroid, "Cook the Android map");
+    Deploy->callback([&] { ExitCode = RunDeploy(Context, bDeployWindows, bDeployAndroid); });
+
     CLI::App* Sample = App.add_subcommand("sample", "Lay out a sample project and stand-in engine to try the tool on");
     std::string SampleFolder;
     Sample->add_option("folder", SampleFolder, "A new or empty folder")->required();

@@ -3,6 +3,7 @@
 #include "Platform/StandaloneProcesses.h"
 #include "Sample/SampleProject.h"
 #include "Support/ProjectSnapshot.h"
+#include "Support/StandinEngine.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,9 @@ class MaptornCli : public ::testing::Test
 protected:
     MaptornCli()
     {
-        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample");
+        Sample::FSampleOptions Options;
+        Options.StandinBinary = MAPTORN_STANDIN_PATH;
+        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
         // Keep the developer's own configuration out of the tests.
         setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
         for (const char* Name : {"MAPTORN_CONFIG", "MAPTORN_PROJECT", "MAPTORN_ENGINE", "MAPTORN_MODIO_GAME_ID", "MAPTORN_MODIO_API_KEY"})
@@ -175,7 +178,8 @@ TEST_F(MaptornCli, MalformedConfigurationIsRefusedWithItsSource)
 
 TEST_F(MaptornCli, EveryCommandExplainsItself)
 {
-    for (const std::string Command : {"", "env ", "map ", "map create ", "plugin ", "plugin create ", "sample ", "demo "})
+    for (const std::string Command : {"", "env ", "map ", "map create ", "plugin ", "plugin create ", "cook ", "pak ", "package ", "deploy ",
+             "sample ", "demo "})
     {
         const FRun Result = Run(Command + "--help");
         EXPECT_EQ(Result.ExitCode, 0) << Command;
@@ -187,6 +191,59 @@ TEST_F(MaptornCli, DemoRunsEveryStepAndCleansUp)
 {
     const FRun Result = Run("demo --dir " + Quote(Temp.Dir() + "demo"));
     EXPECT_EQ(Result.ExitCode, 0) << Result.Out << Result.Err;
-    EXPECT_NE(Result.Out.find("Demo: 5 of 5 steps succeeded."), std::string::npos) << Result.Out;
+    EXPECT_NE(Result.Out.find("Demo: 10 of 10 steps succeeded."), std::string::npos) << Result.Out;
     EXPECT_FALSE(fs::exists(Temp.Path() / "demo"));
+}
+
+TEST_F(MaptornCli, BuildCommandsShowTheToolOutputAndReportTheOutcome)
+{
+    ASSERT_EQ(Run(InSample() + "plugin create 31 --type map").ExitCode, 0);
+
+    const FRun Cook = Run(InSample() + "cook 31 --cookdir /UGC31/");
+    EXPECT_EQ(Cook.ExitCode, 0) << Cook.Out << Cook.Err;
+    EXPECT_NE(Cook.Out.find("  | "), std::string::npos) << "the editor's own lines are shown: " << Cook.Out;
+
+    const FRun Pak = Run(InSample() + "pak 31 --platform Windows");
+    EXPECT_EQ(Pak.ExitCode, 0) << Pak.Out << Pak.Err;
+    EXPECT_TRUE(fs::exists(fs::path(Layout.ProjectDir) / "Saved/Cooked/Workshop/UGC31.pak"));
+
+    const FRun Package = Run(InSample() + "package 31 --windows --android");
+    EXPECT_EQ(Package.ExitCode, 0) << Package.Out << Package.Err;
+    EXPECT_NE(Package.Out.find("Packaged platform 1 into "), std::string::npos) << Package.Out;
+}
+
+TEST_F(MaptornCli, BuildCommandsRefuseBadInputWithoutTouchingTheProject)
+{
+    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
+    struct FCase
+    {
+        std::string Params;
+        int32 ExitCode;
+        std::string Says;
+    };
+    const std::vector<FCase> Cases = {
+        {"package 31", 2, "--windows, --android or both"},
+        {"package 31 --windows --stage-dir " + Quote(Temp.Dir() + "NoGame"), 2, "does not exist"},
+        {"cook 31 --map /Game/X", 2, "Name what to cook"},
+        {"cook", 2, "Name what to cook"},
+        {"pak x1", 2, "mod id must be the number"},
+        {"deploy", 1, "no map definition yet"},
+        {"cook 31", 1, "has no definition"},
+    };
+    for (const FCase& Case : Cases)
+    {
+        const FRun Result = Run(InSample() + Case.Params);
+        EXPECT_EQ(Result.ExitCode, Case.ExitCode) << Case.Params << "\n" << Result.Out << Result.Err;
+        EXPECT_NE((Result.Out + Result.Err).find(Case.Says), std::string::npos) << Case.Params << "\n" << Result.Out << Result.Err;
+    }
+    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+}
+
+TEST_F(MaptornCli, AFailedPackageSaysWhichPlatformFailed)
+{
+    ASSERT_EQ(Run(InSample() + "plugin create 31 --type map").ExitCode, 0);
+    FStandinEngine(Layout.EngineRoot).MakeUnstartable("RunUAT");
+    const FRun Result = Run(InSample() + "package 31 --android");
+    EXPECT_EQ(Result.ExitCode, 1);
+    EXPECT_NE(Result.Out.find("[Package] ERROR: Failed to package for android, check output log for details"), std::string::npos) << Result.Out;
 }

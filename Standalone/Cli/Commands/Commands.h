@@ -6,10 +6,30 @@
 
 namespace Maptorn::Cli
 {
+struct FCookRequest
+{
+    std::string ModId;           // cook the plug-in's definition: its linked map, or CookDirectory
+    std::string MapUrl;          // or cook this map package
+    std::string CookDirectory;
+    bool bAndroid = false;
+};
+
+struct FPackageRequest
+{
+    std::string ModId;
+    bool bWindows = false;
+    bool bAndroid = false;
+    std::string StageDir;        // staging instead of packaging for upload when set
+};
+
 // Each command answers its process exit code (EExitCode).
 int RunEnv(const FCommandContext& Context);
 int RunMapCreate(const FCommandContext& Context, const std::string& MapId, const std::string& MapName);
 int RunPluginCreate(const FCommandContext& Context, const std::string& ModId, const std::string& TypeWord);
+int RunCook(const FCommandContext& Context, const FCookRequest& Request);
+int RunPak(const FCommandContext& Context, const std::string& ModId, const std::string& PlatformName, const std::string& OutputDirectory);
+int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
+int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunSampleCreate(const FCommandContext& Context, const std::string& Folder);
 int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKeep);
 }

@@ -2,6 +2,7 @@
 
 #include "Common/FileHelper.h"
 #include "Sample/SampleProject.h"
+#include "Sample/StandinInstall.h"
 
 #include <filesystem>
 #include <ostream>
@@ -28,6 +29,15 @@ FCommandContext ContextFor(const FCommandContext& Base, FHostOptions& Options, c
     return FCommandContext{Options, Base.Out, Base.Err, Base.In, Base.bInteractive};
 }
 
+// The stand-in engine tools are built beside this program.
+Sample::FSampleOptions SampleOptionsWithStandin()
+{
+    std::error_code Error;
+    Sample::FSampleOptions Options;
+    Options.StandinBinary = Sample::FindStandinBinaryBeside(fs::read_symlink("/proc/self/exe", Error).generic_string());
+    return Options;
+}
+
 std::string MakeDemoFolder()
 {
     std::random_device Random;
@@ -50,7 +60,7 @@ int RunSampleCreate(const FCommandContext& Context, const std::string& Folder)
     {
         return Fail(Context, ExitBadInput, "The folder " + Folder + " is not empty; name a new or empty folder.");
     }
-    const Sample::FSampleLayout Layout = Sample::CreateSampleLayout(Folder);
+    const Sample::FSampleLayout Layout = Sample::CreateSampleLayout(Folder, SampleOptionsWithStandin());
     if (!Layout.bCreated)
     {
         return Fail(Context, ExitFailed, "Could not lay out the sample: " + Layout.FailReason);
@@ -68,7 +78,7 @@ int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKee
     const std::string Root = Folder.empty() ? MakeDemoFolder() : Folder;
     std::ostream& Out = Context.Out;
     Out << "==> Laying out a sample project and a stand-in engine in " << Root << "\n";
-    const Sample::FSampleLayout Layout = Sample::CreateSampleLayout(Root);
+    const Sample::FSampleLayout Layout = Sample::CreateSampleLayout(Root, SampleOptionsWithStandin());
     if (!Layout.bCreated)
     {
         return Fail(Context, ExitFailed, "Could not lay out the sample: " + Layout.FailReason);
@@ -81,6 +91,15 @@ int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKee
         {"maptorn map create Arena --name \"Demo Arena\"", [](const FCommandContext& C) { return RunMapCreate(C, "Arena", "Demo Arena"); }},
         {"maptorn plugin create 1001 --type map", [](const FCommandContext& C) { return RunPluginCreate(C, "1001", "map"); }},
         {"maptorn plugin create 1002 --type mod", [](const FCommandContext& C) { return RunPluginCreate(C, "1002", "mod"); }},
+        {"maptorn cook 1001 --cookdir /UGC1001/", [](const FCommandContext& C) { return RunCook(C, {"1001", "", "/UGC1001/", false}); }},
+        {"maptorn pak 1001 --platform Windows", [](const FCommandContext& C) { return RunPak(C, "1001", "Windows", ""); }},
+        {"maptorn package 1001 --windows --android", [](const FCommandContext& C) { return RunPackage(C, {"1001", true, true, ""}); }},
+        {"maptorn package 1001 --windows --stage-dir <sample>/GameInstall",
+            [GameInstall = Layout.Root + "/GameInstall"](const FCommandContext& C) {
+                FileSystem::CreateDirectoryTree(GameInstall);
+                return RunPackage(C, {"1001", true, false, GameInstall});
+            }},
+        {"maptorn deploy", [](const FCommandContext& C) { return RunDeploy(C, false, false); }},
         {"maptorn env (again, with the new content)", [](const FCommandContext& C) { return RunEnv(C); }},
     };
 
