@@ -1,5 +1,7 @@
 #include "StandinCommon.h"
 
+#include "Common/FileHelper.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
@@ -29,55 +31,6 @@ std::uint32_t HashLabel(const std::string& Label)
     return Hash;
 }
 
-void AppendUtf8(std::string& Out, std::uint32_t CodePoint)
-{
-    if (CodePoint < 0x80)
-    {
-        Out += static_cast<char>(CodePoint);
-    }
-    else if (CodePoint < 0x800)
-    {
-        Out += static_cast<char>(0xC0 | (CodePoint >> 6));
-        Out += static_cast<char>(0x80 | (CodePoint & 0x3F));
-    }
-    else if (CodePoint < 0x10000)
-    {
-        Out += static_cast<char>(0xE0 | (CodePoint >> 12));
-        Out += static_cast<char>(0x80 | ((CodePoint >> 6) & 0x3F));
-        Out += static_cast<char>(0x80 | (CodePoint & 0x3F));
-    }
-    else
-    {
-        Out += static_cast<char>(0xF0 | (CodePoint >> 18));
-        Out += static_cast<char>(0x80 | ((CodePoint >> 12) & 0x3F));
-        Out += static_cast<char>(0x80 | ((CodePoint >> 6) & 0x3F));
-        Out += static_cast<char>(0x80 | (CodePoint & 0x3F));
-    }
-}
-
-std::string DecodeUtf16(const std::string& Bytes, bool bBigEndian)
-{
-    std::string Out;
-    for (std::size_t Index = 2; Index + 1 < Bytes.size(); Index += 2)
-    {
-        const auto First = static_cast<unsigned char>(Bytes[Index + (bBigEndian ? 0 : 1)]);
-        const auto Second = static_cast<unsigned char>(Bytes[Index + (bBigEndian ? 1 : 0)]);
-        std::uint32_t Unit = (static_cast<std::uint32_t>(First) << 8) | Second;
-        if (Unit >= 0xD800 && Unit < 0xDC00 && Index + 3 < Bytes.size())
-        {
-            const auto LowFirst = static_cast<unsigned char>(Bytes[Index + 2 + (bBigEndian ? 0 : 1)]);
-            const auto LowSecond = static_cast<unsigned char>(Bytes[Index + 2 + (bBigEndian ? 1 : 0)]);
-            const std::uint32_t Low = (static_cast<std::uint32_t>(LowFirst) << 8) | LowSecond;
-            if (Low >= 0xDC00 && Low < 0xE000)
-            {
-                Unit = 0x10000 + ((Unit - 0xD800) << 10) + (Low - 0xDC00);
-                Index += 2;
-            }
-        }
-        AppendUtf8(Out, Unit);
-    }
-    return Out;
-}
 }
 
 int FinalExitCode(const FToolRun& Run, int WorkExitCode)
@@ -233,24 +186,7 @@ bool WriteOutputFile(const std::string& Path, const std::string& Bytes, std::str
 
 std::optional<std::string> LoadTextFile(const std::string& Path)
 {
-    std::ifstream In(Path, std::ios::binary);
-    if (!In)
-    {
-        return std::nullopt;
-    }
-    std::string Bytes((std::istreambuf_iterator<char>(In)), std::istreambuf_iterator<char>());
-    if (Bytes.size() >= 2 && static_cast<unsigned char>(Bytes[0]) == 0xFF && static_cast<unsigned char>(Bytes[1]) == 0xFE)
-    {
-        return DecodeUtf16(Bytes, false);
-    }
-    if (Bytes.size() >= 2 && static_cast<unsigned char>(Bytes[0]) == 0xFE && static_cast<unsigned char>(Bytes[1]) == 0xFF)
-    {
-        return DecodeUtf16(Bytes, true);
-    }
-    if (Bytes.rfind("\xEF\xBB\xBF", 0) == 0)
-    {
-        Bytes.erase(0, 3);
-    }
-    return Bytes;
+    // The same reader as the workshop's, so text written as UTF-16 by it reads back here.
+    return Maptorn::FileHelper::LoadFileToString(Path);
 }
 }
