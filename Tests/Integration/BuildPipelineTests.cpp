@@ -7,12 +7,8 @@
 #include "Build/WorkshopDeploy.h"
 #include "Content/ModDefinitions.h"
 #include "Module/MaptornModule.h"
-#include "Platform/JsonDefinitions.h"
-#include "Platform/StandaloneEngine.h"
-#include "Platform/StandaloneProcesses.h"
-#include "Sample/SampleProject.h"
-#include "Support/FakePlatform.h"
 #include "Support/ProjectSnapshot.h"
+#include "Support/SampleProjectPlatform.h"
 #include "Support/StandinEngine.h"
 #include "Support/TempDir.h"
 
@@ -30,31 +26,36 @@ class BuildPipeline : public ::testing::Test
 {
 protected:
     BuildPipeline()
+        : Project(Temp.Dir() + "Sample", WithStandin())
+        , Layout(Project.Layout)
+        , Fakes(Project.Fakes)
+        , Definitions(*Project.Definitions)
+        , Platform(*Project.Platform)
     {
-        Sample::FSampleOptions Options;
-        Options.StandinBinary = MAPTORN_STANDIN_PATH;
-        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
-        Engine = std::make_unique<FStandaloneEngine>(FStandaloneEngineSettings{Layout.ProjectFile, Layout.EngineRoot, Layout.UserSettingsDir, Temp.Dir()});
-        Definitions = std::make_unique<FJsonDefinitions>(*Engine);
-        Platform = std::make_unique<FMaptornPlatform>(FMaptornPlatform{
-            Fakes.Log, Fakes.Dialogs, *Engine, *Definitions, Processes, Fakes.Tasks, Fakes.Http, Fakes.Archive, nullptr});
-        Client = std::make_unique<FModioInterface>(*Platform, FMaptornConfig{});
+        Client = std::make_unique<FModioInterface>(Platform, FMaptornConfig{});
         Client->SelectedModId = "12";
         Client->StageDir = Temp.Dir() + "Game";
         fs::create_directories(Client->StageDir);
+    }
+
+    static Sample::FSampleOptions WithStandin()
+    {
+        Sample::FSampleOptions Options;
+        Options.StandinBinary = MAPTORN_STANDIN_PATH;
+        return Options;
     }
 
     void SetUp() override { ASSERT_TRUE(Layout.bCreated) << Layout.FailReason; }
 
     std::shared_ptr<FKelvorDefinition> MakeMapPlugin(const std::string& ModId, bool bWithMaps)
     {
-        EXPECT_TRUE(CreateUGCPlugin(*Platform, *Client, ModId, EModType::Map));
-        std::shared_ptr<FKelvorDefinition> Definition = LoadModDefinition(*Platform, ModId, EModType::Map);
+        EXPECT_TRUE(CreateUGCPlugin(Platform, *Client, ModId, EModType::Map));
+        std::shared_ptr<FKelvorDefinition> Definition = LoadModDefinition(Platform, ModId, EModType::Map);
         if (Definition && bWithMaps)
         {
             Definition->Map = "/UGC" + ModId + "/Maps/Arena.Arena";
             Definition->VeskoMap = "/UGC" + ModId + "/Maps/Arena_Quest.Arena_Quest";
-            Definitions->SavePackage(*Definition);
+            Definitions.SavePackage(*Definition);
         }
         return Definition;
     }
@@ -64,12 +65,11 @@ protected:
     std::string Saved(const std::string& Relative) const { return (fs::path(Layout.ProjectDir) / "Saved" / Relative).generic_string(); }
 
     FTempDir Temp;
-    FFakePlatform Fakes;
-    Sample::FSampleLayout Layout;
-    std::unique_ptr<FStandaloneEngine> Engine;
-    std::unique_ptr<FJsonDefinitions> Definitions;
-    FStandaloneProcesses Processes;
-    std::unique_ptr<FMaptornPlatform> Platform;
+    FSampleProjectPlatform Project;
+    const Sample::FSampleLayout& Layout;
+    FFakePlatform& Fakes;
+    FJsonDefinitions& Definitions;
+    FMaptornPlatform& Platform;
     std::unique_ptr<FModioInterface> Client;
     std::atomic<bool> bBusy = true;
 };
@@ -78,7 +78,7 @@ protected:
 TEST_F(BuildPipeline, TheCookRunsTheEditorWithTheProjectAndBothPlatforms)
 {
     Standin().SetBehaviour("UnrealEditor", 0, false, "", "LogShaders: Warning: noisy but fine");
-    FCooker Cooker(*Platform);
+    FCooker Cooker(Platform);
     ASSERT_TRUE(Cooker.CookMap("/UGC12/Maps/Arena", false));
 
     const std::vector<FStandinEngine::FStandinCall> Calls = Standin().ReadRecord();
@@ -100,10 +100,10 @@ TEST_F(BuildPipeline, TheCookRunsTheEditorWithTheProjectAndBothPlatforms)
 TEST_F(BuildPipeline, ThePakHoldsEveryCookedFileAndItsMetadataSitsBesideIt)
 {
     MakeMapPlugin("12", true);
-    ASSERT_TRUE(FCooker(*Platform).CookMap("/UGC12/Maps/Arena", true));
+    ASSERT_TRUE(FCooker(Platform).CookMap("/UGC12/Maps/Arena", true));
     const std::string Output = Saved("Cooked/Workshop/Out");
     int64 PakSize = -1;
-    ASSERT_TRUE(BuildPak(*Platform, "12", "Windows", Output, PakSize));
+    ASSERT_TRUE(BuildPak(Platform, "12", "Windows", Output, PakSize));
 
     int64 CookedBytes = 0;
     for (const auto& Entry : fs::recursive_directory_iterator(Saved("Cooked/Windows/UGC12")))
@@ -122,7 +122,7 @@ TEST_F(BuildPipeline, AnEmptyCookedFolderStillRunsThePakTool)
 {
     MakeMapPlugin("12", true);
     int64 PakSize = -1;
-    EXPECT_TRUE(BuildPak(*Platform, "12", "Windows", Saved("Out"), PakSize));
+    EXPECT_TRUE(BuildPak(Platform, "12", "Windows", Saved("Out"), PakSize));
     EXPECT_EQ(ReadTextFile(Saved("custommap_paklist.txt")), "");
     EXPECT_EQ(PakSize, 0);
     ASSERT_EQ(Standin().ReadRecord().size(), 1u);
@@ -137,7 +137,7 @@ TEST_F(BuildPipeline, StagingAndroidMovesThePakChunkIntoThePluginsDataFolder)
     const FProjectSnapshot ProjectBefore = SnapshotTree(fs::path(Layout.ProjectDir) / "Content");
 
     bool bCompleted = false;
-    FPackager(*Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
+    FPackager(Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
     Fakes.Tasks.RunGameThread();
 
     ASSERT_TRUE(bCompleted);
@@ -171,7 +171,7 @@ TEST_F(BuildPipeline, UploadPackagesLandInTheQueuedFoldersAndAnExitCodeOfOneStil
     Client->bBuildAndroid = true;
 
     bool bCompleted = false;
-    FPackager(*Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
+    FPackager(Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
     Fakes.Tasks.RunGameThread();
 
     ASSERT_TRUE(bCompleted);
@@ -192,7 +192,7 @@ TEST_F(BuildPipeline, AnAutomationToolThatCannotStartLeavesNothingQueuedAndNotBu
     Standin().MakeUnstartable("RunUAT");
     Client->bBuildWindows = true;
     bool bCompleted = false;
-    FPackager(*Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
+    FPackager(Platform, *Client, bBusy).RunPackagingTask([&] { bCompleted = true; });
     Fakes.Tasks.RunGameThread();
     EXPECT_FALSE(bCompleted);
     EXPECT_FALSE(bBusy);
@@ -203,8 +203,8 @@ TEST_F(BuildPipeline, AnAutomationToolThatCannotStartLeavesNothingQueuedAndNotBu
 
 TEST_F(BuildPipeline, TheDeployWritesTheManifestWhenNoPlatformIsChosen)
 {
-    FMaptornModule Module(*Platform, FMaptornConfig{});
-    Module.SVR = std::make_unique<FSVRInterface>(*Platform);
+    FMaptornModule Module(Platform, FMaptornConfig{});
+    Module.SVR = std::make_unique<FSVRInterface>(Platform);
     Module.SVR->MapName = "Old Harbour";
     ASSERT_TRUE(Module.SVR->CreateMapDefinition("Harbour"));
     Module.SVR->GetMapDefinition()->Version = 3;
@@ -225,8 +225,8 @@ TEST_F(BuildPipeline, TheDeployWritesTheManifestWhenNoPlatformIsChosen)
 
 TEST_F(BuildPipeline, ThePlatformDeployCooksTheWindowsMapWhenBothAreChosen)
 {
-    FMaptornModule Module(*Platform, FMaptornConfig{});
-    Module.SVR = std::make_unique<FSVRInterface>(*Platform);
+    FMaptornModule Module(Platform, FMaptornConfig{});
+    Module.SVR = std::make_unique<FSVRInterface>(Platform);
     Module.SVR->MapName = "Harbour";
     ASSERT_TRUE(Module.SVR->CreateMapDefinition("Harbour"));
     Module.bWindowsPlatform = true;

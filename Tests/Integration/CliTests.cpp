@@ -59,6 +59,26 @@ protected:
                Quote(Layout.UserSettingsDir) + " ";
     }
 
+    struct FRefusal
+    {
+        std::string Params;
+        int32 ExitCode;
+        std::string Says;
+    };
+
+    // Each command exits with its code, says what is wrong, and the sample stays byte for byte as it was.
+    void ExpectRefusedWithoutChanges(const std::vector<FRefusal>& Cases)
+    {
+        const FProjectSnapshot Before = SnapshotTree(Layout.Root);
+        for (const FRefusal& Case : Cases)
+        {
+            const FRun Result = Run(InSample() + Case.Params);
+            EXPECT_EQ(Result.ExitCode, Case.ExitCode) << Case.Params << "\n" << Result.Out << Result.Err;
+            EXPECT_NE((Result.Out + Result.Err).find(Case.Says), std::string::npos) << Case.Params << "\n" << Result.Out << Result.Err;
+        }
+        EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+    }
+
     FTempDir Temp;
     FScopedWorkingDirectory WorkingDirectory{Temp.Path()};
     Sample::FSampleLayout Layout;
@@ -77,14 +97,7 @@ TEST_F(MaptornCli, MapCreateWritesTheDefinitionIntoTheProject)
 
 TEST_F(MaptornCli, RefusedInputExitsNonZeroAndChangesNothingOnDisk)
 {
-    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
-    struct FCase
-    {
-        std::string Params;
-        int32 ExitCode;
-        std::string Says;
-    };
-    const std::vector<FCase> Cases = {
+    const std::vector<FRefusal> Cases = {
         {"map create Short --name ab", 1, "[Error] The map name needs to be 3-32 characters long"},
         {"map create Long --name " + std::string(33, 'x'), 1, "[Error] The map name needs to be 3-32 characters long"},
         {"map create " + Quote("bad/id") + " --name Forest", 2, "map id"},
@@ -92,13 +105,7 @@ TEST_F(MaptornCli, RefusedInputExitsNonZeroAndChangesNothingOnDisk)
         {"plugin create abc --type map", 2, "mod id must be the number"},
         {"plugin create 12", 2, "--type is required"},
     };
-    for (const FCase& Case : Cases)
-    {
-        const FRun Result = Run(InSample() + Case.Params);
-        EXPECT_EQ(Result.ExitCode, Case.ExitCode) << Case.Params << "\n" << Result.Out << Result.Err;
-        EXPECT_NE((Result.Out + Result.Err).find(Case.Says), std::string::npos) << Case.Params << "\n" << Result.Out << Result.Err;
-    }
-    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+    ExpectRefusedWithoutChanges(Cases);
 }
 
 TEST_F(MaptornCli, WithoutAProjectTheToolSaysWhereItLookedAndChangesNothing)
@@ -214,14 +221,7 @@ TEST_F(MaptornCli, BuildCommandsShowTheToolOutputAndReportTheOutcome)
 
 TEST_F(MaptornCli, BuildCommandsRefuseBadInputWithoutTouchingTheProject)
 {
-    const FProjectSnapshot Before = SnapshotTree(Layout.Root);
-    struct FCase
-    {
-        std::string Params;
-        int32 ExitCode;
-        std::string Says;
-    };
-    const std::vector<FCase> Cases = {
+    const std::vector<FRefusal> Cases = {
         {"package 31", 2, "--windows, --android or both"},
         {"package 31 --windows --stage-dir " + Quote(Temp.Dir() + "NoGame"), 2, "does not exist"},
         {"cook 31 --map /Game/X", 2, "Name what to cook"},
@@ -230,13 +230,7 @@ TEST_F(MaptornCli, BuildCommandsRefuseBadInputWithoutTouchingTheProject)
         {"deploy", 1, "no map definition yet"},
         {"cook 31", 1, "has no definition"},
     };
-    for (const FCase& Case : Cases)
-    {
-        const FRun Result = Run(InSample() + Case.Params);
-        EXPECT_EQ(Result.ExitCode, Case.ExitCode) << Case.Params << "\n" << Result.Out << Result.Err;
-        EXPECT_NE((Result.Out + Result.Err).find(Case.Says), std::string::npos) << Case.Params << "\n" << Result.Out << Result.Err;
-    }
-    EXPECT_EQ(SnapshotTree(Layout.Root), Before);
+    ExpectRefusedWithoutChanges(Cases);
 }
 
 TEST_F(MaptornCli, AFailedPackageSaysWhichPlatformFailed)

@@ -1,9 +1,6 @@
 #include "Content/ModDefinitions.h"
 #include "Modio/ModioInterface.h"
-#include "Platform/JsonDefinitions.h"
-#include "Platform/StandaloneEngine.h"
-#include "Sample/SampleProject.h"
-#include "Support/FakePlatform.h"
+#include "Support/SampleProjectPlatform.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -19,17 +16,11 @@ namespace
 class JsonDefinitionsTest : public ::testing::Test
 {
 protected:
-    JsonDefinitionsTest()
-        : Layout(Sample::CreateSampleLayout(Temp.Dir() + "Sample"))
-        , Engine({Layout.ProjectFile, Layout.EngineRoot, Layout.UserSettingsDir, Temp.Dir()})
-        , Definitions(Engine)
-    {
-    }
-
     FTempDir Temp;
-    Sample::FSampleLayout Layout;
-    FStandaloneEngine Engine;
-    FJsonDefinitions Definitions;
+    FSampleProjectPlatform Project{Temp.Dir() + "Sample"};
+    const Sample::FSampleLayout& Layout = Project.Layout;
+    FStandaloneEngine& Engine = *Project.Engine;
+    FJsonDefinitions& Definitions = *Project.Definitions;
 };
 }
 
@@ -88,8 +79,8 @@ TEST_F(JsonDefinitionsTest, DirtyPackagesAreWrittenOnlyWhenSaved)
 
 TEST_F(JsonDefinitionsTest, AUGCPluginMadeFromTheTemplateHoldsItsSavedDefinition)
 {
-    FFakePlatform Fakes;
-    FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Engine, Definitions, Fakes.Processes, Fakes.Tasks, Fakes.Http, Fakes.Archive, nullptr};
+    FFakePlatform& Fakes = Project.Fakes;
+    FMaptornPlatform& Platform = *Project.Platform;
     FModioInterface Client(Platform, FMaptornConfig{});
 
     ASSERT_TRUE(CreateUGCPlugin(Platform, Client, "31", EModType::Mod));

@@ -2,10 +2,7 @@
 // engine, INI and definition adapters.
 
 #include "Module/MaptornModule.h"
-#include "Platform/JsonDefinitions.h"
-#include "Platform/StandaloneEngine.h"
-#include "Sample/SampleProject.h"
-#include "Support/FakePlatform.h"
+#include "Support/SampleProjectPlatform.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -23,27 +20,19 @@ class ModuleStartup : public ::testing::Test
 protected:
     void Lay(const Sample::FSampleOptions& Options = {})
     {
-        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
-        ASSERT_TRUE(Layout.bCreated) << Layout.FailReason;
-        Engine = std::make_unique<FStandaloneEngine>(
-            FStandaloneEngineSettings{Layout.ProjectFile, Layout.EngineRoot, Layout.UserSettingsDir, Temp.Dir()});
-        Definitions = std::make_unique<FJsonDefinitions>(*Engine);
-        Platform = std::make_unique<FMaptornPlatform>(FMaptornPlatform{
-            Fakes.Log, Fakes.Dialogs, *Engine, *Definitions, Fakes.Processes, Fakes.Tasks, Fakes.Http, Fakes.Archive, &Fakes.Session});
-        Module = std::make_unique<FMaptornModule>(*Platform, FMaptornConfig{"1234560", "http://127.0.0.1:1", 5, "k"});
+        Project = std::make_unique<FSampleProjectPlatform>(Temp.Dir() + "Sample", Options);
+        ASSERT_TRUE(Project->Layout.bCreated) << Project->Layout.FailReason;
+        Module = std::make_unique<FMaptornModule>(*Project->Platform, FMaptornConfig{"1234560", "http://127.0.0.1:1", 5, "k"});
     }
 
-    std::string InProject(const std::string& Relative) const { return (fs::path(Layout.ProjectDir) / Relative).lexically_normal().generic_string(); }
+    std::string InProject(const std::string& Relative) const { return Project->InProject(Relative); }
     std::string IniPath() const { return InProject("Config/DefaultEngine.ini"); }
-    std::string GameSettings() const { return Layout.UserSettingsDir + "Kelvor/Saved/Config/Windows/GameUserSettings.ini"; }
+    std::string GameSettings() const { return Project->Layout.UserSettingsDir + "Kelvor/Saved/Config/Windows/GameUserSettings.ini"; }
+    FRecordingLog& Log() { return Project->Fakes.Log; }
 
     FTempDir Temp;
     FScopedWorkingDirectory WorkingDirectory{Temp.Path()};
-    FFakePlatform Fakes;
-    Sample::FSampleLayout Layout;
-    std::unique_ptr<FStandaloneEngine> Engine;
-    std::unique_ptr<FJsonDefinitions> Definitions;
-    std::unique_ptr<FMaptornPlatform> Platform;
+    std::unique_ptr<FSampleProjectPlatform> Project;
     std::unique_ptr<FMaptornModule> Module;
 };
 }
@@ -69,7 +58,7 @@ TEST_F(ModuleStartup, AFalseStreamingSettingIsSetTrueKeepingEveryOtherLine)
     Expected.replace(Expected.find("s.EventDrivenLoaderEnabled=False"), 32, "s.EventDrivenLoaderEnabled=True");
     EXPECT_EQ(ReadTextFile(IniPath()), Expected);
     const std::string AbsoluteIni = fs::path(IniPath()).lexically_normal().generic_string();
-    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Disabling EventDrivenLoader: " + AbsoluteIni));
+    EXPECT_TRUE(Log().Has("LogTemp", ELogVerbosity::Log, "Disabling EventDrivenLoader: " + AbsoluteIni));
     Module->ShutdownModule();
 }
 
@@ -96,7 +85,7 @@ TEST_F(ModuleStartup, ATrueStreamingSettingIsNeitherWrittenNorLogged)
 
     EXPECT_EQ(ReadTextFile(IniPath()), Text);
     EXPECT_EQ(fs::last_write_time(IniPath()), Before);
-    for (const FLogLine& Line : Fakes.Log.Lines)
+    for (const FLogLine& Line : Log().Lines)
     {
         EXPECT_EQ(Line.Message.find("EventDrivenLoader"), std::string::npos) << Line.Message;
     }
@@ -118,7 +107,7 @@ TEST_F(ModuleStartup, WithTheGameTheModDirectoryFollowsItsSettingWhenTheFolderEx
     Options.ModDirectory = Temp.Dir() + "NoSuchFolder";
     Lay(Options);
     Module->StartupModule();
-    EXPECT_EQ(Module->ModioClient->ModDirectory, Layout.UserSettingsDir + "Kelvor/Saved/Mods");
+    EXPECT_EQ(Module->ModioClient->ModDirectory, Project->Layout.UserSettingsDir + "Kelvor/Saved/Mods");
     Module->ShutdownModule();
 
     fs::create_directories(Temp.Path() / "Mods Elsewhere");
@@ -139,6 +128,6 @@ TEST_F(ModuleStartup, TheProjectMapIsFoundAtStartup)
     fs::create_directories(InProject("Content/CustomMaps/SVR_Harbour"));
     Module->StartupModule();
     EXPECT_EQ(Module->SVR->Id, "Harbour");
-    EXPECT_TRUE(Fakes.Log.Has("MaptornLog", ELogVerbosity::Log, "Loaded SVR ID:Harbour"));
+    EXPECT_TRUE(Log().Has("MaptornLog", ELogVerbosity::Log, "Loaded SVR ID:Harbour"));
     Module->ShutdownModule();
 }
