@@ -102,7 +102,7 @@ static void AppendUtf8(std::string& Out, char32_t CodePoint)
     }
 }
 
-bool SaveStringToFile(const std::string& Text, const std::string& FilePath)
+bool SaveBytesToFile(const uint8* Bytes, std::size_t Size, const std::string& FilePath)
 {
     // The engine's file writer makes the folder first; so do we.
     std::error_code Error;
@@ -116,23 +116,25 @@ bool SaveStringToFile(const std::string& Text, const std::string& FilePath)
     {
         return false;
     }
+    Out.write(reinterpret_cast<const char*>(Bytes), static_cast<std::streamsize>(Size));
+    return static_cast<bool>(Out);
+}
+
+bool SaveStringToFile(const std::string& Text, const std::string& FilePath)
+{
     if (IsPureAscii(Text))
     {
-        Out.write(Text.data(), static_cast<std::streamsize>(Text.size()));
+        return SaveBytesToFile(reinterpret_cast<const uint8*>(Text.data()), Text.size(), FilePath);
     }
-    else
+    const std::u16string Wide = Utf8ToUtf16(Text);
+    std::string Bytes = "\xFF\xFE";
+    Bytes.reserve(2 + Wide.size() * 2);
+    for (char16_t Unit : Wide)
     {
-        const std::u16string Wide = Utf8ToUtf16(Text);
-        std::string Bytes = "\xFF\xFE";
-        Bytes.reserve(2 + Wide.size() * 2);
-        for (char16_t Unit : Wide)
-        {
-            Bytes += static_cast<char>(Unit & 0xFF);
-            Bytes += static_cast<char>(Unit >> 8);
-        }
-        Out.write(Bytes.data(), static_cast<std::streamsize>(Bytes.size()));
+        Bytes += static_cast<char>(Unit & 0xFF);
+        Bytes += static_cast<char>(Unit >> 8);
     }
-    return static_cast<bool>(Out);
+    return SaveBytesToFile(reinterpret_cast<const uint8*>(Bytes.data()), Bytes.size(), FilePath);
 }
 
 std::optional<std::string> LoadFileToString(const std::string& FilePath)

@@ -15,11 +15,6 @@ FModioInterface::FModioInterface(FMaptornPlatform& InPlatform, const FMaptornCon
 
 FModioInterface::~FModioInterface() = default;
 
-void FModioInterface::RefreshOwnMods()
-{
-    // Needs the REST transport, which this build does not carry yet.
-}
-
 void FModioInterface::StartNextPlatformUpload()
 {
     const auto Entry = std::find_if(PendingPlatforms.begin(), PendingPlatforms.end(),
@@ -33,11 +28,6 @@ void FModioInterface::StartNextPlatformUpload()
 void FModioInterface::UploadPlatform(uint8 /*PlatformValue*/, const std::string& /*Directory*/)
 {
     // Needs the mod-file upload, which this build does not carry yet.
-}
-
-void FModioInterface::QuerySourceMods()
-{
-    // Needs the REST transport, which this build does not carry yet.
 }
 
 void FModioInterface::StartDownload(const FSourceModInfo& /*Mod*/)

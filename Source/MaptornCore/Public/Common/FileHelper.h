@@ -13,6 +13,9 @@ namespace Maptorn::FileHelper
 // as UTF-16LE with a byte-order mark. Creates the file's folder. False when the file cannot be written.
 bool SaveStringToFile(const std::string& Text, const std::string& FilePath);
 
+// Writes raw bytes, creating the file's folder. False when the file cannot be written.
+bool SaveBytesToFile(const uint8* Bytes, std::size_t Size, const std::string& FilePath);
+
 // Reads a file written either way back into UTF-8; empty when it cannot be read.
 std::optional<std::string> LoadFileToString(const std::string& FilePath);
 

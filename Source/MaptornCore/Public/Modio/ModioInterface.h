@@ -10,6 +10,7 @@
 #include "Transfer/PluginModDownload.h"
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -38,8 +39,13 @@ public:
     void StartNextPlatformUpload();
     void UploadPlatform(uint8 Platform, const std::string& Directory);
 
-    // Source plug-ins.
+    // Source plug-ins: one catalogue query at a time, with the browser's SourceQuery.
     void QuerySourceMods();
+    // Dependencies of a catalogue mod, and adding one to an own mod (needs a login).
+    void FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone);
+    void AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone);
+    // Ids of the project's "UGC" plug-ins, in the plug-in manager's order.
+    std::vector<std::string> LocalUGCModIds() const;
     void StartDownload(const FSourceModInfo& Mod);
     // The catalogue record of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
     FSourceModInfo* FindCatalogueRecord(const std::string& ModId);
@@ -102,9 +108,17 @@ public:
     // Observers the window binds to.
     TMulticastDelegate<bool, const FSourceModList&> OnSourceModListUpdated;
     TMulticastDelegate<> OnUploadListUpdated;
+    // A record's logo arrived in the thumbnail cache.
+    TMulticastDelegate<const FSourceModInfo&> OnSourceModImageCreated;
 
 private:
     void OnInitializeComplete(FModioErrorCode ErrorCode);
+    void OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected);
+    void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
+    void FetchMissingThumbnails();
+
+    // Requests outlive nothing: their handlers check this before touching the client.
+    std::shared_ptr<bool> AliveToken = std::make_shared<bool>(true);
 
     FMaptornPlatform& Platform;
     FMaptornConfig Config;

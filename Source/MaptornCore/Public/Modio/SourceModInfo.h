@@ -62,6 +62,14 @@ enum class ESourceModQueryType : uint32
     NameDescending = 8,
 };
 
+// One entry of a mod's dependency list.
+struct FModDependency
+{
+    std::string ModId;
+    std::string Name;
+    int32 DependencyDepth = 0;
+};
+
 struct FSourceModQuery
 {
     ESourceModQueryType SortType = ESourceModQueryType::Popular;

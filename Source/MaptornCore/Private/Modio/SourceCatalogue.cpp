@@ -1,0 +1,186 @@
+#include "Modio/ModioInterface.h"
+
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+#include "Common/StringUtil.h"
+#include "Modio/JsonFields.h"
+#include "Modio/ModioRequests.h"
+#include "Modio/SourceModReader.h"
+
+namespace Maptorn
+{
+namespace
+{
+// The cached logo's extension from its first bytes; empty for anything that is not an image.
+const char* ImageExtension(const std::vector<uint8>& Bytes)
+{
+    if (Bytes.size() >= 8 && Bytes[0] == 0x89 && Bytes[1] == 'P' && Bytes[2] == 'N' && Bytes[3] == 'G')
+    {
+        return ".png";
+    }
+    if (Bytes.size() >= 3 && Bytes[0] == 0xFF && Bytes[1] == 0xD8 && Bytes[2] == 0xFF)
+    {
+        return ".jpg";
+    }
+    return "";
+}
+}
+
+std::vector<std::string> FModioInterface::LocalUGCModIds() const
+{
+    std::vector<std::string> Ids;
+    for (const FPluginInfo& Plugin : Platform.Engine.GetEnabledPlugins())
+    {
+        if (StartsWithIgnoreCase(Plugin.Name, "UGC"))
+        {
+            Ids.push_back(Plugin.Name.substr(3));
+        }
+    }
+    return Ids;
+}
+
+void FModioInterface::QuerySourceMods()
+{
+    if (bSourceQueryBusy)
+    {
+        return;
+    }
+    bSourceQueryBusy = true;
+    const std::string Url = ModioRequests::CatalogueUrl(Config.ModioApiBaseUrl, Config.ModioGameId, Config.ModioApiKey, SourceQuery, LocalUGCModIds());
+    FHttpRequestPtr Request = ModioRequests::MakeCatalogueRequest(Platform.Http, Url);
+    std::weak_ptr<bool> Alive = AliveToken;
+    if (Request)
+    {
+        Request->OnProcessRequestComplete() = [this, Alive](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+            if (!Alive.expired())
+            {
+                OnSourceModsAnswer(Response, bConnected);
+            }
+        };
+    }
+    if (!Request || !Request->ProcessRequest())
+    {
+        OnSourceModsAnswer(nullptr, false);
+    }
+}
+
+void FModioInterface::OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected)
+{
+    FSourceModList Page;
+    const bool bRead = bConnected && Response && ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page);
+    bSourceQueryBusy = false;
+    if (!bRead)
+    {
+        // The browser keeps the rows it shows.
+        OnSourceModListUpdated.Broadcast(false, LastSourceModList);
+        return;
+    }
+    LastSourceModList = std::move(Page);
+    OnSourceModListUpdated.Broadcast(true, LastSourceModList);
+    FetchMissingThumbnails();
+}
+
+void FModioInterface::FetchMissingThumbnails()
+{
+    const std::string DefaultThumbnail = DefaultThumbnailPath(Platform.Engine);
+    std::weak_ptr<bool> Alive = AliveToken;
+    for (const FSourceModInfo& Record : LastSourceModList.Mods)
+    {
+        if (Record.ThumbnailPath != DefaultThumbnail || Record.LogoUrl.empty())
+        {
+            continue;
+        }
+        FHttpRequestPtr Request = Platform.Http.CreateRequest();
+        if (!Request)
+        {
+            return;
+        }
+        Request->SetVerb("GET");
+        Request->SetURL(Record.LogoUrl);
+        Request->SetHeader("User-Agent", ModioRequests::UserAgent);
+        Request->OnProcessRequestComplete() = [this, Alive, PluginName = Record.PluginName](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+            const char* Extension = bConnected && Response && Response->GetResponseCode() == 200 ? ImageExtension(Response->GetContent()) : "";
+            if (Alive.expired() || *Extension == '\0')
+            {
+                return;
+            }
+            const std::string File = Paths::Combine(ThumbnailCacheDir(Platform.Engine), PluginName + Extension);
+            const std::vector<uint8>& Bytes = Response->GetContent();
+            if (!FileSystem::CreateDirectoryTree(ThumbnailCacheDir(Platform.Engine)) ||
+                !FileHelper::SaveBytesToFile(Bytes.data(), Bytes.size(), File))
+            {
+                return;
+            }
+            for (FSourceModInfo& Shown : LastSourceModList.Mods)
+            {
+                if (Shown.PluginName == PluginName)
+                {
+                    Shown.ThumbnailPath = File;
+                    OnSourceModImageCreated.Broadcast(Shown);
+                }
+            }
+        };
+        Request->ProcessRequest();
+    }
+}
+
+void FModioInterface::FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone)
+{
+    FHttpRequestPtr Request = Platform.Http.CreateRequest();
+    if (!Request)
+    {
+        return OnDone(false, {});
+    }
+    Request->SetVerb("GET");
+    Request->SetURL(ModioRequests::DependenciesUrl(Config.ModioApiBaseUrl, Config.ModioGameId, ModId, Config.ModioApiKey));
+    Request->SetHeader("Accept", "application/json");
+    Request->SetHeader("User-Agent", ModioRequests::UserAgent);
+    Request->OnProcessRequestComplete() = [OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        using FJson = nlohmann::json;
+        const FJson Answer = bConnected && Response && Response->GetResponseCode() == 200
+            ? FJson::parse(Response->GetContentAsString(), nullptr, false) : FJson();
+        const FJson* Data = JsonFields::TryGetArray(Answer, "data");
+        if (!Data)
+        {
+            return OnDone(false, {});
+        }
+        std::vector<FModDependency> Dependencies;
+        for (const FJson& Entry : *Data)
+        {
+            Dependencies.push_back({JsonFields::GetString(Entry, "mod_id"), JsonFields::GetString(Entry, "name"),
+                JsonFields::TruncateToInt32(JsonFields::GetNumber(Entry, "dependency_depth"))});
+        }
+        OnDone(true, std::move(Dependencies));
+    };
+    if (!Request->ProcessRequest())
+    {
+        OnDone(false, {});
+    }
+}
+
+void FModioInterface::AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone)
+{
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, "Failed to get the modio subsystem");
+        return OnDone(false);
+    }
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Platform.Http, "POST",
+        ModioRequests::AddDependencyUrl(Config.ModioApiBaseUrl, Config.ModioGameId, ModId, Config.ModioApiKey), Session->GetAuthTokenAsString());
+    if (!Request)
+    {
+        return OnDone(false);
+    }
+    Request->SetHeader("User-Agent", ModioRequests::UserAgent);
+    Request->SetHeader("Content-Type", "application/x-www-form-urlencoded");
+    Request->SetContentAsString(Printf("dependencies[]=%s", DependencyModId.c_str()));
+    Request->OnProcessRequestComplete() = [OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        OnDone(bConnected && Response && Response->GetResponseCode() == 201);
+    };
+    if (!Request->ProcessRequest())
+    {
+        OnDone(false);
+    }
+}
+}
