@@ -2,7 +2,7 @@
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
-.PHONY: setup build demo test test-asan bench clean
+.PHONY: setup build demo test test-asan fuzz bench clean
 
 setup:
 	@bash Scripts/setup.sh
@@ -19,6 +19,13 @@ test: build
 
 test-asan:
 	$(MAKE) test PRESET=asan
+
+# A short run of the fuzz targets: random bytes into the readers of mod.io answers.
+fuzz: setup
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j 2 --target MaptornFuzzReaders
+	mkdir -p build/fuzz/corpus
+	build/fuzz/Tests/MaptornFuzzReaders -max_total_time=$${FUZZ_SECONDS:-30} -rss_limit_mb=1024 build/fuzz/corpus
 
 clean:
 	rm -rf build

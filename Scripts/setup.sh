@@ -7,6 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   nlohmann-json3-dev libcurl4-openssl-dev libzip-dev libcli11-dev libcpp-httplib-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  clang libclang-rt-14-dev
   zip unzip curl ca-certificates
 )
 
