@@ -82,6 +82,14 @@ int main(int Argc, char** Argv)
     Deploy->add_flag("--android", bDeployAndroid, "Cook the Android map");
     Deploy->callback([&] { ExitCode = RunDeploy(Context, bDeployWindows, bDeployAndroid); });
 
+    CLI::App* Browse = App.add_subcommand("browse", "List shared source plug-ins on mod.io, twenty to a page");
+    FBrowseRequest BrowseRequest;
+    Browse->add_option("--search", BrowseRequest.SearchText, "Names containing this text (1-32 characters)");
+    Browse->add_option("--sort", BrowseRequest.Sort, "popular, subscribers, newest, updated, rating, downloads, name, -name or installed")->capture_default_str();
+    Browse->add_option("--page", BrowseRequest.Page, "Page number, from 1")->capture_default_str();
+    Browse->add_flag("--json", BrowseRequest.bJson, "Print the page as JSON");
+    Browse->callback([&] { ExitCode = RunBrowse(Context, BrowseRequest); });
+
     CLI::App* Sample = App.add_subcommand("sample", "Lay out a sample project and stand-in engine to try the tool on");
     std::string SampleFolder;
     Sample->add_option("folder", SampleFolder, "A new or empty folder")->required();

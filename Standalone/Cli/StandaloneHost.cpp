@@ -3,7 +3,9 @@
 #include "Cli/ProjectLocator.h"
 #include "Common/Paths.h"
 
+#include <chrono>
 #include <filesystem>
+#include <thread>
 #include <ostream>
 
 namespace Maptorn::Cli
@@ -65,6 +67,29 @@ FStandaloneHost::FStandaloneHost(const FCommandContext& Context, FResolvedSettin
         Context.Err << "warning: cannot write the log file " << Context.Options.LogFile << "; logging to the console only\n";
     }
     Dialogs.SetAssumeYes(Context.Options.bAssumeYes);
+}
+
+bool FStandaloneHost::RequireModioSettings(std::string& OutError) const
+{
+    if (Settings.ModioGameId.Value.empty() || Settings.ModioApiKey.Value.empty())
+    {
+        OutError = "This command talks to mod.io: set the game id and API key (--modio-game-id and --modio-api-key, "
+                   "MAPTORN_MODIO_GAME_ID and MAPTORN_MODIO_API_KEY, or the config file).";
+        return false;
+    }
+    return true;
+}
+
+void FStandaloneHost::RunUntil(const std::function<bool()>& Done)
+{
+    while (!Done())
+    {
+        Tasks.PumpGameThread();
+        if (!Done())
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(16));
+        }
+    }
 }
 
 int Fail(const FCommandContext& Context, int ExitCode, const std::string& Message)

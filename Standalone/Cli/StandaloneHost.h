@@ -8,8 +8,10 @@
 #include "Platform/StandaloneEngine.h"
 #include "Platform/StandaloneProcesses.h"
 #include "Platform/StandaloneTasks.h"
+#include "Platform/CurlHttp.h"
 #include "Platform/UnavailableTransport.h"
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -41,6 +43,11 @@ public:
     // Resolves settings, the project and (when needed) the engine; null with a message otherwise.
     static std::unique_ptr<FStandaloneHost> Create(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError);
 
+    // False with a message when the mod.io game id or API key is missing.
+    bool RequireModioSettings(std::string& OutError) const;
+    // Runs the host's tick (about 60 a second) until Done answers true.
+    void RunUntil(const std::function<bool()>& Done);
+
     FResolvedSettings Settings;
     std::string ProjectFile;
     std::string EngineRoot;
@@ -51,7 +58,7 @@ public:
     FJsonDefinitions Definitions;
     FStandaloneProcesses Processes;
     FStandaloneTasks Tasks;
-    FUnavailableHttp Http;
+    FCurlHttp Http{Tasks};
     FUnavailableArchive Archive;
     FMaptornPlatform Platform;
 

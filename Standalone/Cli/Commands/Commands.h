@@ -22,6 +22,14 @@ struct FPackageRequest
     std::string StageDir;        // staging instead of packaging for upload when set
 };
 
+struct FBrowseRequest
+{
+    std::string SearchText;
+    std::string Sort = "popular";
+    int Page = 1;
+    bool bJson = false;
+};
+
 // Each command answers its process exit code (EExitCode).
 int RunEnv(const FCommandContext& Context);
 int RunMapCreate(const FCommandContext& Context, const std::string& MapId, const std::string& MapName);
@@ -30,6 +38,7 @@ int RunCook(const FCommandContext& Context, const FCookRequest& Request);
 int RunPak(const FCommandContext& Context, const std::string& ModId, const std::string& PlatformName, const std::string& OutputDirectory);
 int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
 int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
+int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunSampleCreate(const FCommandContext& Context, const std::string& Folder);
 int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKeep);
 }

@@ -84,6 +84,20 @@ void ReadModfile(const FJson& ModObject, FSourceModInfo& Info)
 }
 }
 
+const char* InstallStateWord(uint8 InstallState)
+{
+    switch (static_cast<ESourceModInstallState>(InstallState))
+    {
+    case ESourceModInstallState::NotInstalled: return "Not Installed";
+    case ESourceModInstallState::Installed: return "Installed";
+    case ESourceModInstallState::RequiresUpdate: return "Requires Update";
+    case ESourceModInstallState::Downloading: return "Downloading";
+    case ESourceModInstallState::DownloadPending: return "Download Pending";
+    case ESourceModInstallState::InstalledRestartRequired: return "Installed, Editor Restart Required";
+    }
+    return "";
+}
+
 EModType ModTypeFromTags(const std::vector<std::string>& Tags, EModType Fallback)
 {
     for (EModType Type : {EModType::Map, EModType::Mod, EModType::GameMode})

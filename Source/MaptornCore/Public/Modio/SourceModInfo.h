@@ -19,6 +19,10 @@ enum class ESourceModInstallState : uint8
     InstalledRestartRequired = 5,
 };
 
+// "Not Installed", "Installed", "Requires Update", "Downloading", "Download Pending",
+// "Installed, Editor Restart Required"; empty for other values.
+const char* InstallStateWord(uint8 InstallState);
+
 // One mod read from a mod.io mod object.
 struct FSourceModInfo
 {

@@ -1,0 +1,190 @@
+#include "Platform/CurlHttpRequest.h"
+
+#include "Platform/CurlTransferThread.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+namespace Maptorn
+{
+FCurlHttpRequest::FCurlHttpRequest(std::weak_ptr<FCurlTransferThread> InTransferThread)
+    : TransferThread(std::move(InTransferThread))
+{
+}
+
+// A started request keeps what it was started with; later changes are ignored.
+
+void FCurlHttpRequest::SetVerb(const std::string& InVerb)
+{
+    if (!bStarted)
+    {
+        Verb = InVerb;
+        std::transform(Verb.begin(), Verb.end(), Verb.begin(),
+            [](char C) { return static_cast<char>(std::toupper(static_cast<unsigned char>(C))); });
+    }
+}
+
+void FCurlHttpRequest::SetURL(const std::string& InUrl)
+{
+    if (!bStarted)
+    {
+        Url = InUrl;
+    }
+}
+
+void FCurlHttpRequest::SetHeader(const std::string& Name, const std::string& Value)
+{
+    if (!bStarted && !Name.empty())
+    {
+        SetHeaderReplacing(Headers, Name, Value);
+    }
+}
+
+void FCurlHttpRequest::SetContent(std::vector<uint8> InContent)
+{
+    if (!bStarted)
+    {
+        Content = std::move(InContent);
+        ContentFile.reset();
+        ContentFileSize = 0;
+    }
+}
+
+void FCurlHttpRequest::SetContentAsString(const std::string& InContent)
+{
+    SetContent(std::vector<uint8>(InContent.begin(), InContent.end()));
+}
+
+bool FCurlHttpRequest::SetContentAsStreamedFile(const std::string& FilePath)
+{
+    if (bStarted)
+    {
+        return false;
+    }
+    FUniqueFile File(std::fopen(FilePath.c_str(), "rb"));
+    if (!File || fseeko(File.get(), 0, SEEK_END) != 0)
+    {
+        return false;
+    }
+    const off_t Size = ftello(File.get());
+    if (Size < 0 || fseeko(File.get(), 0, SEEK_SET) != 0)
+    {
+        return false;
+    }
+    Content.clear();
+    Content.shrink_to_fit();
+    ContentFile = std::move(File);
+    ContentFileSize = static_cast<int64>(Size);
+    return true;
+}
+
+void FCurlHttpRequest::SetResponseBodyFile(const std::string& FilePath, bool bAppend)
+{
+    if (!bStarted)
+    {
+        ResponseBodyFile = FilePath;
+        bAppendResponseBody = bAppend;
+    }
+}
+
+void FCurlHttpRequest::SetTimeout(float Seconds)
+{
+    if (!bStarted)
+    {
+        StallTimeoutSeconds = Seconds > 0.0f ? std::max(1L, static_cast<long>(std::ceil(Seconds))) : 0L;
+    }
+}
+
+std::string FCurlHttpRequest::GetHeader(const std::string& Name) const
+{
+    return FindHeader(Headers, Name);
+}
+
+bool FCurlHttpRequest::ProcessRequest()
+{
+    std::shared_ptr<FCurlTransferThread> Thread = TransferThread.lock();
+    if (bStarted || !Thread || Url.empty())
+    {
+        return false;
+    }
+    bStarted = true;
+    Status = EHttpRequestStatus::Processing;
+    FCurlTransferSetup Setup{Verb, Url, Headers, std::move(Content), std::move(ContentFile), ContentFileSize,
+        ResponseBodyFile, bAppendResponseBody, StallTimeoutSeconds};
+    TransferId =
+        Thread->Start(std::make_unique<FCurlTransfer>(shared_from_this(), std::move(Setup), Thread->GetDelivery()));
+    if (TransferId == 0)
+    {
+        Status = EHttpRequestStatus::Failed;
+        return false;
+    }
+    return true;
+}
+
+void FCurlHttpRequest::CancelRequest()
+{
+    if (bCompleted || bCancelRequested)
+    {
+        return;
+    }
+    bCancelRequested = true;
+    std::shared_ptr<FCurlTransferThread> Thread = TransferThread.lock();
+    if (!Thread)
+    {
+        return;
+    }
+    if (!bStarted)
+    {
+        // Never sent: it still completes, once, as a failure, and cannot be started afterwards.
+        bStarted = true;
+        Thread->GetDelivery().Post([Self = shared_from_this()] { Self->DeliverCompletion(nullptr, false); });
+        return;
+    }
+    Thread->Cancel(TransferId);
+}
+
+void FCurlHttpRequest::DeliverHeader(const std::string& Name, const std::string& Value)
+{
+    if (!bCompleted && !bCancelRequested && HeaderReceivedDelegate)
+    {
+        HeaderReceivedDelegate(shared_from_this(), Name, Value);
+    }
+}
+
+void FCurlHttpRequest::DeliverProgress(int64 BytesSent, int64 BytesReceived)
+{
+    if (!bCompleted && !bCancelRequested && ProgressDelegate)
+    {
+        ProgressDelegate(shared_from_this(), BytesSent, BytesReceived);
+    }
+}
+
+void FCurlHttpRequest::DeliverCompletion(FHttpResponsePtr InResponse, bool bConnectedSuccessfully)
+{
+    if (bCompleted)
+    {
+        return;
+    }
+    bCompleted = true;
+    // A cancel wins over a transfer that finished before the I/O thread saw it.
+    const bool bSucceeded = bConnectedSuccessfully && !bCancelRequested && InResponse != nullptr;
+    Response = bSucceeded ? std::move(InResponse) : nullptr;
+    Status = bSucceeded ? EHttpRequestStatus::Succeeded : EHttpRequestStatus::Failed;
+
+    // Dropped once run, so a delegate holding its own request does not keep it alive.
+    FHttpRequestCompleteDelegate Complete = std::move(CompleteDelegate);
+    CompleteDelegate = nullptr;
+    ProgressDelegate = nullptr;
+    HeaderReceivedDelegate = nullptr;
+    if (Complete)
+    {
+        Complete(shared_from_this(), Response, bSucceeded);
+    }
+}
+
+void FCurlHttpRequest::MarkAbandoned()
+{
+    Status = EHttpRequestStatus::Failed;
+}
+}
