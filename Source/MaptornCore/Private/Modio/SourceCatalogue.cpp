@@ -66,8 +66,10 @@ void FModioInterface::QuerySourceMods()
 
 void FModioInterface::OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected)
 {
+    // An error answer is a failed query too: the rows shown stay rather than become an empty page.
     FSourceModList Page;
-    const bool bRead = bConnected && Response && ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page);
+    const bool bAnswered = bConnected && Response && Response->GetResponseCode() >= 200 && Response->GetResponseCode() < 300;
+    const bool bRead = bAnswered && ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page);
     bSourceQueryBusy = false;
     if (!bRead)
     {

@@ -1,0 +1,233 @@
+// The catalogue query, the own-mod refresh and dependencies of the mod.io client, over the real
+// HTTP adapter against the sandbox service on loopback.
+
+#include "Modio/ModioInterface.h"
+#include "ModioService/ModioSandbox.h"
+#include "Platform/CurlHttp.h"
+#include "Platform/StandaloneTasks.h"
+#include "Support/FakePlatform.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
+
+class SourceCatalogue : public ::testing::Test
+{
+protected:
+    SourceCatalogue()
+        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+    {
+        std::string Error;
+        bStarted = Sandbox.Start(Error);
+        StartError = Error;
+        Fakes.Engine.Project = Temp.Dir();
+        Fakes.Engine.BaseDir = Temp.Dir();
+        Client = std::make_unique<FModioInterface>(Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+        Client->SourceQuery.PageLimit = 20;
+        Client->OnSourceModListUpdated.Add([this](bool bOk, const FSourceModList&) { Answers.push_back(bOk); });
+    }
+
+    void SetUp() override { ASSERT_TRUE(bStarted) << StartError; }
+
+    // Ticks like the host until Done, with a cap far beyond any stall timeout.
+    void TickUntil(const std::function<bool()>& Done)
+    {
+        for (int Frame = 0; Frame < 60 * 120 && !Done(); ++Frame)
+        {
+            Tasks.PumpGameThread();
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        ASSERT_TRUE(Done());
+    }
+
+    bool Query()
+    {
+        const std::size_t Before = Answers.size();
+        Client->QuerySourceMods();
+        TickUntil([&] { return Answers.size() > Before; });
+        return Answers.back();
+    }
+
+    Sandbox::FRecordedRequest LastRequestTo(const std::string& Path) const
+    {
+        const std::vector<Sandbox::FRecordedRequest> Log = Sandbox.RequestLog();
+        for (auto It = Log.rbegin(); It != Log.rend(); ++It)
+        {
+            if (It->Path == Path)
+            {
+                return *It;
+            }
+        }
+        ADD_FAILURE() << "no request to " << Path;
+        return {};
+    }
+
+    // The query string the service received last, after the api key.
+    std::string LastCatalogueQuery() const
+    {
+        const std::vector<Sandbox::FRecordedRequest> Log = Sandbox.RequestLog();
+        for (auto It = Log.rbegin(); It != Log.rend(); ++It)
+        {
+            if (It->Path == "/v1/games/1/mods")
+            {
+                return It->Query.substr(It->Query.find("&tags="));
+            }
+        }
+        return {};
+    }
+
+    bool LogMentions(const std::string& Secret) const
+    {
+        return std::any_of(Fakes.Log.Lines.begin(), Fakes.Log.Lines.end(), [&](const FLogLine& Line) { return Line.Message.find(Secret) != std::string::npos; });
+    }
+
+    FTempDir Temp;
+    Sandbox::FModioSandbox Sandbox;
+    bool bStarted = false;
+    std::string StartError;
+    FFakePlatform Fakes;
+    FStandaloneTasks Tasks;
+    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 2, ""}};
+    FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Fakes.Engine, Fakes.Definitions, Fakes.Processes, Tasks, Http, Fakes.Archive, &Fakes.Session};
+    std::unique_ptr<FModioInterface> Client;
+    std::vector<bool> Answers;
+};
+}
+
+TEST_F(SourceCatalogue, EachSortOrderReachesTheServiceInTheFixedUrlOrder)
+{
+    FPluginInfo Local;
+    Local.Name = "UGC1005";
+    Fakes.Engine.Plugins.push_back(Local);
+    const std::vector<std::string> Expected = {"&tags=Mod&id-in=1005", "&tags=Mod&_sort=-popular", "&tags=Mod&_sort=subscribers",
+        "&tags=Mod&_sort=-date_live", "&tags=Mod&_sort=-date_updated", "&tags=Mod&_sort=rating", "&tags=Mod&_sort=downloads",
+        "&tags=Mod&_sort=name", "&tags=Mod&_sort=-name"};
+    for (uint32 Sort = 0; Sort < Expected.size(); ++Sort)
+    {
+        Client->SourceQuery.SortType = static_cast<ESourceModQueryType>(Sort);
+        ASSERT_TRUE(Query()) << Sort;
+        EXPECT_EQ(LastCatalogueQuery(), Expected[Sort] + "&_offset=0&_limit=20") << Sort;
+    }
+    EXPECT_EQ(Client->LastSourceModList.Mods.size(), 3u) << "name-sorted: every shared source plug-in";
+}
+
+TEST_F(SourceCatalogue, TheQueryCarriesTheCatalogueHeadersAndNoLogin)
+{
+    Fakes.Session.Token = "secret-token";
+    ASSERT_TRUE(Query());
+    const Sandbox::FRecordedRequest Request = LastRequestTo("/v1/games/1/mods");
+    EXPECT_EQ(Request.Headers.at("accept"), "application/json");
+    EXPECT_EQ(Request.Headers.at("user-agent"), "Kelvor Client");
+    EXPECT_EQ(Request.Headers.at("x-modio-platform"), "source");
+    EXPECT_EQ(Request.Headers.count("authorization"), 0u);
+}
+
+TEST_F(SourceCatalogue, SearchesOfUpTo32CharactersAndPagingWithAPositiveLimitAreSent)
+{
+    Client->SourceQuery.SearchText = std::string(32, 'k');
+    ASSERT_TRUE(Query());
+    EXPECT_NE(LastCatalogueQuery().find("&name-lk=*" + std::string(32, 'k') + "*"), std::string::npos);
+    EXPECT_TRUE(Client->LastSourceModList.Mods.empty());
+
+    Client->SourceQuery.SearchText = std::string(33, 'k');
+    Client->SourceQuery.PageLimit = 0;
+    ASSERT_TRUE(Query());
+    EXPECT_EQ(LastCatalogueQuery(), "&tags=Mod&_sort=-popular");
+    EXPECT_EQ(Client->LastSourceModList.Mods.size(), 3u);
+}
+
+TEST_F(SourceCatalogue, AQueryIsIgnoredWhileOneIsInFlight)
+{
+    Client->QuerySourceMods();
+    Client->QuerySourceMods();
+    TickUntil([&] { return !Answers.empty() && !Client->bSourceQueryBusy; });
+    for (int Frame = 0; Frame < 20; ++Frame)
+    {
+        Tasks.PumpGameThread();
+    }
+    EXPECT_EQ(Answers.size(), 1u);
+}
+
+TEST_F(SourceCatalogue, FaultsEndInAFailedAnswerThatKeepsTheRowsAndClearsTheFlag)
+{
+    ASSERT_TRUE(Query());
+    const std::size_t Rows = Client->LastSourceModList.Mods.size();
+    for (const Sandbox::EFaultKind Kind : {Sandbox::EFaultKind::Status, Sandbox::EFaultKind::CloseMidBody, Sandbox::EFaultKind::TruncateBody})
+    {
+        Sandbox.InjectFault({"/v1/games/1/mods", "GET", 1, Kind, 500, 0});
+        EXPECT_FALSE(Query()) << static_cast<int>(Kind);
+        EXPECT_FALSE(Client->bSourceQueryBusy);
+        EXPECT_EQ(Client->LastSourceModList.Mods.size(), Rows);
+    }
+    Sandbox.InjectFault({"/v1/games/1/mods", "GET", 1, Sandbox::EFaultKind::Stall, 200, 300});
+    EXPECT_TRUE(Query()) << "a slow answer is still an answer";
+}
+
+TEST_F(SourceCatalogue, LogosAreCachedAsThumbnailsAndTheWindowIsTold)
+{
+    std::vector<std::string> Arrived;
+    Client->OnSourceModImageCreated.Add([&](const FSourceModInfo& Info) { Arrived.push_back(Info.PluginName); });
+    ASSERT_TRUE(Query());
+    TickUntil([&] { return Arrived.size() == Client->LastSourceModList.Mods.size(); });
+    for (const FSourceModInfo& Info : Client->LastSourceModList.Mods)
+    {
+        EXPECT_EQ(Info.ThumbnailPath, Temp.Dir() + "Saved/ModThumbnails/" + Info.PluginName + ".png");
+        EXPECT_TRUE(fs::exists(Info.ThumbnailPath));
+    }
+}
+
+TEST_F(SourceCatalogue, OnlyOwnModsWithALocalPluginAreOfferedForUpload)
+{
+    Fakes.Session.Token = Sandbox.IssueTokenFor("modder@example.com");
+    FPluginInfo Local;
+    Local.Name = "UGC1001";
+    Fakes.Engine.Plugins.push_back(Local);
+    Fakes.Definitions.Add("/UGC1001/definition", EModType::Map);
+    bool bUpdated = false;
+    Client->OnUploadListUpdated.Add([&] { bUpdated = true; });
+
+    Client->RefreshOwnMods();
+    TickUntil([&] { return bUpdated; });
+
+    ASSERT_EQ(Client->UploadList.size(), 1u);
+    EXPECT_EQ(Client->UploadList[0].PluginName, "UGC1001");
+    EXPECT_EQ(Client->OwnModVersions.size(), 1u);
+    const Sandbox::FRecordedRequest Request = LastRequestTo("/v1/me/mods");
+    EXPECT_EQ(Request.Query, "game_id=1&status-not=3");
+    EXPECT_FALSE(LogMentions(Fakes.Session.Token));
+    EXPECT_FALSE(LogMentions(ApiKey));
+}
+
+TEST_F(SourceCatalogue, DependenciesAreReadAndAddingOneNeedsTheSession)
+{
+    std::optional<std::vector<FModDependency>> Dependencies;
+    Client->FetchDependencies("1006", [&](bool bOk, std::vector<FModDependency> List) { Dependencies = bOk ? List : std::vector<FModDependency>{}; });
+    TickUntil([&] { return Dependencies.has_value(); });
+    ASSERT_EQ(Dependencies->size(), 1u);
+    EXPECT_EQ(Dependencies->at(0).ModId, "1005");
+
+    FMaptornPlatform NoSession = Platform;
+    NoSession.ModioSession = nullptr;
+    FModioInterface Offline(NoSession, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+    std::optional<bool> bAdded;
+    Offline.AddDependency("1001", "1005", [&](bool bOk) { bAdded = bOk; });
+    EXPECT_EQ(bAdded, false);
+    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Failed to get the modio subsystem"));
+
+    Fakes.Session.Token = Sandbox.IssueTokenFor("modder@example.com");
+    bAdded.reset();
+    Client->AddDependency("1001", "1005", [&](bool bOk) { bAdded = bOk; });
+    TickUntil([&] { return bAdded.has_value(); });
+    EXPECT_EQ(bAdded, true);
+}
