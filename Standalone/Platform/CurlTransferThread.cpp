@@ -8,6 +8,7 @@ namespace
 {
 // curl wakes sooner for its own timers (stall and connect timeouts) and for new commands.
 constexpr int MaxPollMilliseconds = 1000;
+constexpr long MaxConnectionsPerHost = 8;
 }
 
 FCurlTransferThread::FCurlTransferThread(IMaptornTasks& Tasks, FCurlHttpOptions InOptions)
@@ -15,6 +16,9 @@ FCurlTransferThread::FCurlTransferThread(IMaptornTasks& Tasks, FCurlHttpOptions 
 {
     if (Multi != nullptr)
     {
+        // As browsers do: a burst of requests to one server waits for a few connections
+        // instead of opening one each.
+        curl_multi_setopt(Multi, CURLMOPT_MAX_HOST_CONNECTIONS, MaxConnectionsPerHost);
         Thread = std::thread([this] { Run(); });
     }
 }

@@ -119,7 +119,7 @@ TEST_F(SourceCatalogue, EachSortOrderReachesTheServiceInTheFixedUrlOrder)
         ASSERT_TRUE(Query()) << Sort;
         EXPECT_EQ(LastCatalogueQuery(), Expected[Sort] + "&_offset=0&_limit=20") << Sort;
     }
-    EXPECT_EQ(Client->LastSourceModList.Mods.size(), 3u) << "name-sorted: every shared source plug-in";
+    EXPECT_EQ(Client->LastSourceModList.Mods.size(), 20u) << "a full first page";
 }
 
 TEST_F(SourceCatalogue, TheQueryCarriesTheCatalogueHeadersAndNoLogin)
@@ -144,7 +144,19 @@ TEST_F(SourceCatalogue, SearchesOfUpTo32CharactersAndPagingWithAPositiveLimitAre
     Client->SourceQuery.PageLimit = 0;
     ASSERT_TRUE(Query());
     EXPECT_EQ(LastCatalogueQuery(), "&tags=Mod&_sort=-popular");
-    EXPECT_EQ(Client->LastSourceModList.Mods.size(), 3u);
+    EXPECT_EQ(Client->LastSourceModList.Mods.size(), static_cast<std::size_t>(Client->LastSourceModList.TotalResults)) << "the service's own page size";
+}
+
+TEST_F(SourceCatalogue, TheSecondPageIsPageTwoOfTwo)
+{
+    Client->SourceQuery.PageOffset = 20;
+    ASSERT_TRUE(Query());
+    const FSourceModList& Page = Client->LastSourceModList;
+    ASSERT_GT(Page.TotalResults, 20);
+    ASSERT_LE(Page.TotalResults, 40);
+    EXPECT_EQ(Page.Mods.size(), static_cast<std::size_t>(Page.TotalResults - 20));
+    EXPECT_EQ(Page.CurrentPage, 2);
+    EXPECT_EQ(Page.TotalPages, 2);
 }
 
 TEST_F(SourceCatalogue, AQueryIsIgnoredWhileOneIsInFlight)

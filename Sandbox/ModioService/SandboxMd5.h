@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Common/CoreTypes.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Maptorn::Sandbox
+{
+// MD5 (RFC 1321), fed in pieces so that large files never sit in memory whole.
+class FMd5
+{
+public:
+    FMd5();
+    void Update(const void* Data, size_t Size);
+    // 32 lower-case hex digits; the object is spent afterwards.
+    std::string FinalHex();
+
+    static std::string OfText(std::string_view Text);
+    // Empty when the file cannot be read.
+    static std::string OfFile(const std::string& Path);
+
+private:
+    void Transform(const uint8* Block);
+
+    std::array<uint32, 4> State;
+    std::array<uint8, 64> Buffer{};
+    uint64 TotalBytes = 0;
+};
+}
