@@ -90,6 +90,11 @@ int main(int Argc, char** Argv)
     Browse->add_flag("--json", BrowseRequest.bJson, "Print the page as JSON");
     Browse->callback([&] { ExitCode = RunBrowse(Context, BrowseRequest); });
 
+    CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
+    bool bModsJson = false;
+    Mods->add_flag("--json", bModsJson, "Print the list as JSON");
+    Mods->callback([&] { ExitCode = RunMods(Context, bModsJson); });
+
     CLI::App* Sample = App.add_subcommand("sample", "Lay out a sample project and stand-in engine to try the tool on");
     std::string SampleFolder;
     Sample->add_option("folder", SampleFolder, "A new or empty folder")->required();

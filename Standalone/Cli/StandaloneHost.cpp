@@ -4,6 +4,7 @@
 #include "Common/Paths.h"
 
 #include <chrono>
+#include <optional>
 #include <filesystem>
 #include <thread>
 #include <ostream>
@@ -80,11 +81,39 @@ bool FStandaloneHost::RequireModioSettings(std::string& OutError) const
     return true;
 }
 
+bool FStandaloneHost::StartModioSession(std::string& OutError)
+{
+    if (!RequireModioSettings(OutError))
+    {
+        return false;
+    }
+    const FMaptornConfig Config = MakeModuleConfig(Settings);
+    Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(Config.ModioGameId));
+    Platform.ModioSession = Session.get();
+    FModioInitializeOptions Options;
+    Options.GameId = Config.ModioGameId;
+    Options.ApiKey = Config.ModioApiKey;
+    Options.BaseUrl = Config.ModioApiBaseUrl;
+    std::optional<FModioErrorCode> Result;
+    Session->InitializeAsync(Options, [&Result](FModioErrorCode ErrorCode) { Result = ErrorCode; });
+    RunUntil([&Result] { return Result.has_value(); });
+    if (*Result)
+    {
+        OutError = "mod.io session could not start: " + Result->GetErrorMessage();
+        return false;
+    }
+    return true;
+}
+
 void FStandaloneHost::RunUntil(const std::function<bool()>& Done)
 {
     while (!Done())
     {
         Tasks.PumpGameThread();
+        if (Platform.ModioSession)
+        {
+            Platform.ModioSession->RunPendingHandlers();
+        }
         if (!Done())
         {
             std::this_thread::sleep_for(std::chrono::milliseconds(16));

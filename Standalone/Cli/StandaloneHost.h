@@ -4,6 +4,7 @@
 #include "Platform/ConsoleDialogs.h"
 #include "Platform/ConsoleLog.h"
 #include "Platform/JsonDefinitions.h"
+#include "Platform/RestModioSession.h"
 #include "Platform/MaptornPlatform.h"
 #include "Platform/StandaloneEngine.h"
 #include "Platform/StandaloneProcesses.h"
@@ -45,7 +46,11 @@ public:
 
     // False with a message when the mod.io game id or API key is missing.
     bool RequireModioSettings(std::string& OutError) const;
-    // Runs the host's tick (about 60 a second) until Done answers true.
+    // Starts the mod.io session with the stored login, if any. False with a message when mod.io
+    // is not configured or the session cannot start.
+    bool StartModioSession(std::string& OutError);
+    // Runs the host's tick (about 60 a second: tasks, then the session's pending handlers) until
+    // Done answers true.
     void RunUntil(const std::function<bool()>& Done);
 
     FResolvedSettings Settings;
@@ -60,6 +65,7 @@ public:
     FStandaloneTasks Tasks;
     FCurlHttp Http{Tasks};
     FUnavailableArchive Archive;
+    std::unique_ptr<FRestModioSession> Session;
     FMaptornPlatform Platform;
 
 private:

@@ -1,6 +1,8 @@
 // The `maptorn` binary run as a child process on real sample projects.
 
+#include "ModioService/ModioSandbox.h"
 #include "Platform/StandaloneProcesses.h"
+#include "Platform/StoredLogin.h"
 #include "Sample/SampleProject.h"
 #include "Support/ProjectSnapshot.h"
 #include "Support/StandinEngine.h"
@@ -186,7 +188,7 @@ TEST_F(MaptornCli, MalformedConfigurationIsRefusedWithItsSource)
 TEST_F(MaptornCli, EveryCommandExplainsItself)
 {
     for (const std::string Command : {"", "env ", "map ", "map create ", "plugin ", "plugin create ", "cook ", "pak ", "package ", "deploy ",
-             "sample ", "demo "})
+             "browse ", "mods ", "sample ", "demo "})
     {
         const FRun Result = Run(Command + "--help");
         EXPECT_EQ(Result.ExitCode, 0) << Command;
@@ -240,4 +242,45 @@ TEST_F(MaptornCli, AFailedPackageSaysWhichPlatformFailed)
     const FRun Result = Run(InSample() + "package 31 --android");
     EXPECT_EQ(Result.ExitCode, 1);
     EXPECT_NE(Result.Out.find("[Package] ERROR: Failed to package for android, check output log for details"), std::string::npos) << Result.Out;
+}
+
+TEST_F(MaptornCli, BrowseAndModsTalkToModioAndShowTheBrowsersStatusWords)
+{
+    Sandbox::FModioSandbox Service(Sandbox::FSandboxOptions{0, "", 1, "0123456789abcdef0123456789abcdef", true, true});
+    std::string Error;
+    ASSERT_TRUE(Service.Start(Error)) << Error;
+    const std::string Modio = "--modio-url " + Service.GetBaseUrl() + " --modio-game-id 1 --modio-api-key 0123456789abcdef0123456789abcdef ";
+
+    const FRun Browse = Run(InSample() + Modio + "browse --sort name --search Kit");
+    EXPECT_EQ(Browse.ExitCode, 0) << Browse.Out << Browse.Err;
+    EXPECT_NE(Browse.Out.find("Crate Kit"), std::string::npos) << Browse.Out;
+    EXPECT_NE(Browse.Out.find("Not Installed"), std::string::npos) << Browse.Out;
+    EXPECT_LT(Browse.Out.find("Crate Kit"), Browse.Out.find("Lamp Kit")) << "sorted by name";
+
+    const FRun Json = Run(InSample() + Modio + "browse --page 2 --json");
+    EXPECT_EQ(Json.ExitCode, 0) << Json.Err;
+    EXPECT_NE(Json.Out.find("\"page\": 2"), std::string::npos) << Json.Out;
+
+    const FRun LoggedOut = Run(InSample() + Modio + "mods");
+    EXPECT_EQ(LoggedOut.ExitCode, 1);
+    EXPECT_NE(LoggedOut.Err.find("not logged in"), std::string::npos) << LoggedOut.Err;
+
+    ASSERT_EQ(Run(InSample() + "plugin create 1001 --type map").ExitCode, 0);
+    ASSERT_TRUE(SaveStoredLogin(StoredLoginPath(1), {Service.IssueTokenFor("modder@example.com"), 4102444800, Service.GetBaseUrl()}));
+    const FRun Mods = Run(InSample() + Modio + "mods");
+    EXPECT_EQ(Mods.ExitCode, 0) << Mods.Out << Mods.Err;
+    EXPECT_NE(Mods.Out.find("Harbour Run"), std::string::npos) << Mods.Out;
+    EXPECT_EQ(Mods.Out.find("Neon Props"), std::string::npos) << "no local plug-in, not offered";
+}
+
+TEST_F(MaptornCli, BrowseWithoutModioSettingsOrServiceSaysWhatToDo)
+{
+    const FRun Unset = Run(InSample() + "browse");
+    EXPECT_EQ(Unset.ExitCode, 3);
+    EXPECT_NE(Unset.Err.find("--modio-game-id"), std::string::npos) << Unset.Err;
+
+    const FRun Unreachable = Run(InSample() + "--modio-url http://127.0.0.1:9 --modio-game-id 1 --modio-api-key k browse");
+    EXPECT_EQ(Unreachable.ExitCode, 1);
+    EXPECT_NE(Unreachable.Err.find("did not answer"), std::string::npos) << Unreachable.Err;
+    EXPECT_EQ(Unreachable.Err.find("k browse"), std::string::npos);
 }

@@ -39,6 +39,7 @@ int RunPak(const FCommandContext& Context, const std::string& ModId, const std::
 int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
 int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
+int RunMods(const FCommandContext& Context, bool bJson);
 int RunSampleCreate(const FCommandContext& Context, const std::string& Folder);
 int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKeep);
 }

@@ -139,6 +139,12 @@ bool SaveStringToFile(const std::string& Text, const std::string& FilePath)
 
 std::optional<std::string> LoadFileToString(const std::string& FilePath)
 {
+    // Reading a folder through a file stream throws; only regular files are read.
+    std::error_code Error;
+    if (!fs::is_regular_file(FilePath, Error))
+    {
+        return std::nullopt;
+    }
     std::ifstream In(FilePath, std::ios::binary);
     if (!In)
     {

@@ -24,10 +24,11 @@ void FModioInterface::RefreshOwnMods()
     Request->OnProcessRequestComplete() = [this, Alive](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
         if (!Alive.expired())
         {
+            bOwnModRefreshBusy = false;
             OnOwnModsAnswer(Response, bConnected);
         }
     };
-    Request->ProcessRequest();
+    bOwnModRefreshBusy = Request->ProcessRequest();
 }
 
 void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected)

@@ -34,6 +34,8 @@ public:
 
     // Own mods: fills UploadList and OwnModVersions.
     void RefreshOwnMods();
+    // An own-mod refresh is on its way (cleared on every answer, failed ones included).
+    bool bOwnModRefreshBusy = false;
 
     // Uploads: starts the queued platform CurrentPlatform once its pause has run out.
     void StartNextPlatformUpload();

@@ -105,3 +105,40 @@ int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request)
     return ExitSuccess;
 }
 }
+
+namespace Maptorn::Cli
+{
+int RunMods(const FCommandContext& Context, bool bJson)
+{
+    std::string Error;
+    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
+    if (!Host || !Host->StartModioSession(Error))
+    {
+        return Fail(Context, ExitNoEnvironment, Error);
+    }
+    if (Host->Session->GetAuthTokenAsString().empty())
+    {
+        return Fail(Context, ExitFailed, "You are not logged in to mod.io on this machine; log in first.");
+    }
+    FModioInterface Client(Host->Platform, MakeModuleConfig(Host->Settings));
+    bool bUpdated = false;
+    Client.OnUploadListUpdated.Add([&bUpdated] { bUpdated = true; });
+    Client.RefreshOwnMods();
+    Host->RunUntil([&] { return !Client.bOwnModRefreshBusy; });
+    if (!bUpdated)
+    {
+        return Fail(Context, ExitFailed, "mod.io did not answer the list of your mods at " + Host->Settings.ModioBaseUrl.Value + ".");
+    }
+    FSourceModList List;
+    List.Mods = Client.UploadList;
+    List.TotalResults = static_cast<int32>(List.Mods.size());
+    if (bJson)
+    {
+        PrintJson(Context.Out, List);
+        return ExitSuccess;
+    }
+    PrintTable(Context.Out, List);
+    Context.Out << "Only your mods whose UGC plug-in is in this project are listed: those are the ones you can upload from here.\n";
+    return ExitSuccess;
+}
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "Platform/HttpPort.h"
+#include "Platform/ModioSessionPort.h"
+#include "Platform/StoredLogin.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Maptorn
+{
+// The mod.io session port over mod.io's public REST API. An HTTP completion only updates the
+// login and queues the caller's callback; callbacks run inside RunPendingHandlers, which the
+// module's tick calls. The login is kept in StoredLoginFile (owner-only) between runs.
+class FRestModioSession final : public IModioSession
+{
+public:
+    // StoredLoginFile is usually StoredLoginPath(game id); empty keeps the login for this run only.
+    FRestModioSession(IMaptornHttp& Http, std::string StoredLoginFile);
+    // Requests still running are cancelled; their callbacks never run.
+    ~FRestModioSession() override;
+    FRestModioSession(const FRestModioSession&) = delete;
+    FRestModioSession& operator=(const FRestModioSession&) = delete;
+
+    void InitializeAsync(const FModioInitializeOptions& Options, FOnErrorOnlyDelegate OnInitComplete) override;
+    void SetLogLevel(EModioLogLevel Level) override;
+    FModioErrorCode EnableModManagement(FOnModManagementDelegate Callback) override;
+    void VerifyUserAuthenticationAsync(FOnErrorOnlyDelegate Callback) override;
+    void RequestEmailAuthCodeAsync(const std::string& EmailAddress, FOnErrorOnlyDelegate Callback) override;
+    void AuthenticateUserEmailAsync(const std::string& AuthCode, FOnErrorOnlyDelegate Callback) override;
+    void ClearUserDataAsync(FOnErrorOnlyDelegate Callback) override;
+    void ShutdownAsync(FOnErrorOnlyDelegate Callback) override;
+    void RunPendingHandlers() override;
+
+    std::optional<FModioModProgressInfo> QueryCurrentModUpdate() override;
+    std::string GetAuthTokenAsString() override;
+
+    FModioModCreationHandle GetModCreationHandle() override;
+    void SubmitNewModAsync(FModioModCreationHandle Handle, const FModioCreateModParams& Params,
+        FOnSubmitNewModDelegate Callback) override;
+    void SubmitModChangesAsync(FModioModID Mod, const FModioEditModParams& Params,
+        FOnSubmitModChangesDelegate Callback) override;
+    void SubmitNewModFileForMod(FModioModID Mod, const FModioCreateModFileParams& Params) override;
+
+    EModioLogLevel GetLogLevel() const { return LogLevel; }
+
+private:
+    using FAnswerHandler = std::function<void(int32 Status, const std::string& Body)>;
+
+    // OnAnswer runs with the status and body; a transfer that gets no answer completes Callback
+    // with HttpRequestFailed instead.
+    void Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer, FOnErrorOnlyDelegate Callback);
+    FHttpRequestPtr MakeFormRequest(const std::string& Url, const std::string& Body);
+    FHttpRequestPtr MakeMeRequest(const std::string& Token);
+
+    // Queues Callback with Error, whose message never shows the API key, the held token or AlsoHide.
+    void Complete(FOnErrorOnlyDelegate Callback, FModioErrorCode Error, const std::string& AlsoHide = {});
+    void Post(std::function<void()> Handler);
+    // The error to report when no request may start; nothing when one may.
+    std::optional<FModioErrorCode> RefusalToStart() const;
+
+    void OnEmailExchanged(const std::string& Token, int64 DateExpires, FOnErrorOnlyDelegate Callback);
+    void KeepLogin(const std::string& Token, int64 DateExpires);
+    void ForgetLogin();
+    void ForgetRequest(const FHttpRequestPtr& Request);
+
+    IMaptornHttp& Http;
+    std::string StoredLoginFile;
+
+    bool bInitialized = false;
+    bool bShutDown = false;
+    int64 GameId = 0;
+    std::string ApiKey;
+    std::string BaseUrl;
+    std::string AccessToken;
+    EModioLogLevel LogLevel = EModioLogLevel::Warning;
+
+    FOnModManagementDelegate ModManagementCallback;
+    int64 LastModCreationHandle = 0;
+
+    std::vector<std::function<void()>> PendingHandlers;
+    std::vector<FHttpRequestPtr> RequestsInFlight;
+    // HTTP callbacks hold a weak reference: once the session is gone they do nothing.
+    std::shared_ptr<int> Lifetime = std::make_shared<int>(0);
+};
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Common/CoreTypes.h"
+#include "Modio/ModioSdkTypes.h"
+
+#include <optional>
+#include <string>
+
+namespace Maptorn::ModioRest
+{
+// SDK error values the REST session answers with besides ModioErrorValue's, from the public SDK's
+// error categories. Errors the service reports carry its error_ref as their value.
+namespace ErrorValue
+{
+inline constexpr int32 NoAuthToken = 20994;      // UserAuthError: no user is logged in
+inline constexpr int32 BadParameter = 21761;     // GenericError: the game id or API key is missing
+inline constexpr int32 SdkNotInitialized = 21769; // GenericError: not initialised, or shut down
+}
+
+// Request builders: pure, so tests can compare what goes on the wire byte for byte.
+
+// mod.io's own origin for a game: "https://g-<gameid>.modapi.io".
+std::string DefaultBaseUrl(int64 GameId);
+// The configured origin without trailing "/", or the default one when empty.
+std::string ResolveBaseUrl(const std::string& ConfiguredBaseUrl, int64 GameId);
+
+// RFC 3986: unreserved characters (A-Z a-z 0-9 - . _ ~) stay, every other byte becomes %XX.
+std::string UrlEncode(const std::string& Value);
+
+std::string EmailRequestUrl(const std::string& BaseUrl, const std::string& ApiKey);
+std::string EmailRequestBody(const std::string& EmailAddress);
+std::string EmailExchangeUrl(const std::string& BaseUrl, const std::string& ApiKey);
+std::string EmailExchangeBody(const std::string& SecurityCode);
+std::string MeUrl(const std::string& BaseUrl);
+std::string LogoutUrl(const std::string& BaseUrl);
+
+// Answer readers: a malformed answer is an error, never a crash.
+
+struct FAccessToken
+{
+    std::string Token;
+    int64 DateExpires = 0;
+};
+
+// The token of an e-mail exchange answer; empty when there is none.
+std::optional<FAccessToken> ReadAccessToken(const std::string& Body);
+
+// True when the body is a user object (a JSON object with an id).
+bool IsUserObject(const std::string& Body);
+
+// The error an answer other than 2xx stands for: mod.io's message with its error_ref as the value,
+// or HttpRequestFailed when the body is not a mod.io error. Never quotes the request.
+FModioErrorCode ErrorFromAnswer(int32 Status, const std::string& Body);
+
+// A transfer that never got an answer.
+FModioErrorCode TransportFailure();
+// A 2xx answer whose body is not what the request gives.
+FModioErrorCode UnexpectedAnswer();
+}

@@ -1,0 +1,633 @@
+// The standalone mod.io session's login: e-mail code, verification, the login kept between runs
+// with owner-only permissions, and logging out, over the real HTTP adapter against the sandbox
+// service on loopback. Every completion must wait for RunPendingHandlers.
+
+#include "ModioService/ModioSandbox.h"
+#include "Platform/CurlHttp.h"
+#include "Platform/RestModioSession.h"
+#include "Platform/RestModioSessionRequests.h"
+#include "Platform/StandaloneTasks.h"
+#include "Platform/StoredLogin.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <functional>
+#include <thread>
+
+#include <sys/stat.h>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
+constexpr const char* ModderEmail = "modder@example.com";
+
+// The permission bits of a file or folder; -1 when it does not exist.
+int ModeOf(const fs::path& Path)
+{
+    struct stat Info {};
+    return ::stat(Path.c_str(), &Info) == 0 ? static_cast<int>(Info.st_mode & 07777) : -1;
+}
+
+class RestModioSession : public ::testing::Test
+{
+protected:
+    RestModioSession()
+        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+    {
+        bStarted = Sandbox.Start(StartError);
+        LoginFile = Temp.Path() / "config" / "maptorn" / "login-1.json";
+    }
+
+    void SetUp() override { ASSERT_TRUE(bStarted) << StartError; }
+
+    void TearDown() override
+    {
+        for (const std::string& Message : ErrorMessages)
+        {
+            EXPECT_EQ(Message.find(ApiKey), std::string::npos) << Message;
+            for (const std::string& Token : TokensSeen)
+            {
+                EXPECT_EQ(Message.find(Token), std::string::npos) << "an error message shows the token";
+            }
+        }
+    }
+
+    std::unique_ptr<FRestModioSession> MakeSession()
+    {
+        return std::make_unique<FRestModioSession>(Http, LoginFile.string());
+    }
+
+    // Starts an operation and ticks like the host until its callback has run, which must happen
+    // inside RunPendingHandlers and exactly once.
+    FModioErrorCode Await(FRestModioSession& Session, const std::function<void(FOnErrorOnlyDelegate)>& Start)
+    {
+        int Calls = 0;
+        FModioErrorCode Result;
+        Start([&](FModioErrorCode Error) {
+            EXPECT_TRUE(bInsidePendingHandlers) << "a completion ran outside RunPendingHandlers";
+            ++Calls;
+            Result = Error;
+        });
+        TickUntil(Session, [&] { return Calls > 0; });
+        for (int Frame = 0; Frame < 3; ++Frame)
+        {
+            Tick(Session);
+        }
+        EXPECT_EQ(Calls, 1);
+        if (Result)
+        {
+            ErrorMessages.push_back(Result.GetErrorMessage());
+        }
+        const std::string Token = Session.GetAuthTokenAsString();
+        if (!Token.empty())
+        {
+            TokensSeen.push_back(Token);
+        }
+        return Result;
+    }
+
+    void Tick(FRestModioSession& Session)
+    {
+        Tasks.PumpGameThread();
+        bInsidePendingHandlers = true;
+        Session.RunPendingHandlers();
+        bInsidePendingHandlers = false;
+    }
+
+    // A frame cap far beyond any stall timeout, so a hang fails instead of blocking.
+    void TickUntil(FRestModioSession& Session, const std::function<bool()>& Done)
+    {
+        for (int Frame = 0; Frame < 60 * 60 && !Done(); ++Frame)
+        {
+            Tick(Session);
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        ASSERT_TRUE(Done());
+    }
+
+    // Pumps the HTTP adapter only: what completes here must not reach any callback yet.
+    void PumpTasksUntil(const std::function<bool()>& Done)
+    {
+        for (int Frame = 0; Frame < 60 * 60 && !Done(); ++Frame)
+        {
+            Tasks.PumpGameThread();
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        ASSERT_TRUE(Done());
+    }
+
+    FModioErrorCode Initialize(FRestModioSession& Session, const std::string& BaseUrl)
+    {
+        FModioInitializeOptions Options;
+        Options.GameId = 1;
+        Options.ApiKey = ApiKey;
+        Options.BaseUrl = BaseUrl;
+        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.InitializeAsync(Options, std::move(Done)); });
+    }
+
+    FModioErrorCode Initialize(FRestModioSession& Session) { return Initialize(Session, Sandbox.GetBaseUrl()); }
+
+    FModioErrorCode RequestCode(FRestModioSession& Session, const std::string& Email = ModderEmail)
+    {
+        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.RequestEmailAuthCodeAsync(Email, std::move(Done)); });
+    }
+
+    FModioErrorCode Authenticate(FRestModioSession& Session, const std::string& Code)
+    {
+        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.AuthenticateUserEmailAsync(Code, std::move(Done)); });
+    }
+
+    FModioErrorCode Verify(FRestModioSession& Session)
+    {
+        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.VerifyUserAuthenticationAsync(std::move(Done)); });
+    }
+
+    void LogIn(FRestModioSession& Session)
+    {
+        ASSERT_FALSE(Initialize(Session));
+        ASSERT_FALSE(RequestCode(Session));
+        const FModioErrorCode Error = Authenticate(Session, Sandbox.LastCodeFor(ModderEmail));
+        ASSERT_FALSE(Error) << Error.GetErrorMessage();
+    }
+
+    std::vector<Sandbox::FRecordedRequest> RequestsTo(const std::string& Path) const
+    {
+        std::vector<Sandbox::FRecordedRequest> Found;
+        for (const Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
+        {
+            if (Request.Path == Path)
+            {
+                Found.push_back(Request);
+            }
+        }
+        return Found;
+    }
+
+    FTempDir Temp;
+    Sandbox::FModioSandbox Sandbox;
+    bool bStarted = false;
+    std::string StartError;
+    fs::path LoginFile;
+    FStandaloneTasks Tasks;
+    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 5, ""}};
+    bool bInsidePendingHandlers = false;
+    std::vector<std::string> ErrorMessages;
+    std::vector<std::string> TokensSeen;
+};
+}
+
+TEST_F(RestModioSession, VerifyingWithoutALoginAnswersThatNobodyIsLoggedIn)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+
+    const FModioErrorCode Error = Verify(*Session);
+    EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::NoAuthToken);
+    EXPECT_EQ(Error.GetErrorMessage(), "No user is logged in");
+    EXPECT_TRUE(RequestsTo("/v1/me").empty());
+}
+
+TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    FModioInitializeOptions Options;
+    Options.ApiKey = ApiKey;
+    FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
+    EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
+    EXPECT_EQ(Error.GetErrorMessage(), "mod.io is not configured: game id and API key are needed");
+
+    Options.GameId = 1;
+    Options.ApiKey.clear();
+    Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
+    EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
+
+    EXPECT_EQ(RequestCode(*Session).GetValue(), ModioRest::ErrorValue::SdkNotInitialized);
+    EXPECT_TRUE(Sandbox.RequestLog().empty());
+}
+
+TEST_F(RestModioSession, AnEmailCodeLogsInAndKeepsTheLoginReadableByItsOwnerOnly)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+
+    EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
+    ASSERT_TRUE(fs::exists(LoginFile));
+    EXPECT_EQ(ModeOf(LoginFile), 0600);
+    EXPECT_EQ(ModeOf(LoginFile.parent_path()), 0700);
+    EXPECT_EQ(ModeOf(LoginFile.parent_path().parent_path()), 0700);
+    const std::optional<FStoredLogin> Stored = LoadStoredLogin(LoginFile.string());
+    ASSERT_TRUE(Stored);
+    EXPECT_EQ(Stored->AccessToken, Session->GetAuthTokenAsString());
+    EXPECT_EQ(Stored->BaseUrl, Sandbox.GetBaseUrl());
+    EXPECT_GT(Stored->DateExpires, 0);
+
+    const FModioErrorCode Error = Verify(*Session);
+    EXPECT_FALSE(Error) << Error.GetErrorMessage();
+}
+
+TEST_F(RestModioSession, TheCodeRequestPostsTheEncodedAddressAsAFormWithTheApiKey)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    ASSERT_FALSE(RequestCode(*Session));
+
+    const std::vector<Sandbox::FRecordedRequest> Requests = RequestsTo("/v1/oauth/emailrequest");
+    ASSERT_EQ(Requests.size(), 1u);
+    EXPECT_EQ(Requests[0].Method, "POST");
+    EXPECT_EQ(Requests[0].Headers.at("content-type"), "application/x-www-form-urlencoded");
+    EXPECT_EQ(Requests[0].Headers.at("accept"), "application/json");
+    EXPECT_EQ(Requests[0].Headers.count("authorization"), 0u);
+    EXPECT_EQ(Requests[0].Query.rfind("api_key=", 0), 0u);
+    EXPECT_EQ(Requests[0].BodySize, std::string("email=modder%40example.com").size());
+    EXPECT_EQ(Requests[0].Status, 200);
+    EXPECT_FALSE(Sandbox.LastCodeFor(ModderEmail).empty());
+}
+
+TEST_F(RestModioSession, TheExchangeSendsTheCodeAndTheNewTokenIsCheckedWithMe)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    ASSERT_FALSE(RequestCode(*Session));
+    ASSERT_FALSE(Authenticate(*Session, "  " + Sandbox.LastCodeFor(ModderEmail) + "\n"));
+
+    const std::vector<Sandbox::FRecordedRequest> Exchanges = RequestsTo("/v1/oauth/emailexchange");
+    ASSERT_EQ(Exchanges.size(), 1u);
+    EXPECT_EQ(Exchanges[0].Method, "POST");
+    EXPECT_EQ(Exchanges[0].Headers.at("content-type"), "application/x-www-form-urlencoded");
+    EXPECT_EQ(Exchanges[0].BodySize, std::string("security_code=").size() + 5) << "the code is sent trimmed";
+    const std::vector<Sandbox::FRecordedRequest> Checks = RequestsTo("/v1/me");
+    ASSERT_EQ(Checks.size(), 1u);
+    EXPECT_EQ(Checks[0].Method, "GET");
+    EXPECT_EQ(Checks[0].Headers.at("accept"), "application/json");
+    EXPECT_EQ(Checks[0].Headers.at("authorization").rfind("Bearer ", 0), 0u);
+    EXPECT_EQ(Checks[0].Status, 200);
+}
+
+TEST_F(RestModioSession, ANewSessionRestoresTheStoredLoginAndVerifiesIt)
+{
+    std::string Token;
+    {
+        const std::unique_ptr<FRestModioSession> First = MakeSession();
+        LogIn(*First);
+        Token = First->GetAuthTokenAsString();
+    }
+    const std::unique_ptr<FRestModioSession> Second = MakeSession();
+    EXPECT_EQ(Second->GetAuthTokenAsString(), "") << "nothing is read before initialising";
+    ASSERT_FALSE(Initialize(*Second));
+    EXPECT_EQ(Second->GetAuthTokenAsString(), Token);
+    const FModioErrorCode Error = Verify(*Second);
+    EXPECT_FALSE(Error) << Error.GetErrorMessage();
+}
+
+TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
+{
+    TokensSeen.push_back(Sandbox.IssueTokenFor(ModderEmail));
+    ASSERT_TRUE(SaveStoredLogin(LoginFile.string(), FStoredLogin{TokensSeen.back(), 0, "https://g-1.modapi.io"}));
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
+    EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::NoAuthToken);
+    EXPECT_TRUE(Sandbox.RequestLog().empty());
+}
+
+TEST_F(RestModioSession, ATrailingSlashOnTheBaseUrlStillRestoresTheLogin)
+{
+    {
+        const std::unique_ptr<FRestModioSession> First = MakeSession();
+        LogIn(*First);
+    }
+    const std::unique_ptr<FRestModioSession> Second = MakeSession();
+    ASSERT_FALSE(Initialize(*Second, Sandbox.GetBaseUrl() + "/"));
+    EXPECT_FALSE(Second->GetAuthTokenAsString().empty());
+    EXPECT_FALSE(Verify(*Second));
+    EXPECT_EQ(RequestsTo("/v1/me").size(), 2u) << "no doubled slash in the path";
+}
+
+TEST_F(RestModioSession, RequestingACodeWhileLoggedInAnswersAlreadyAuthenticatedWithoutARequest)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+    Sandbox.ClearRequestLog();
+
+    EXPECT_EQ(RequestCode(*Session).GetValue(), ModioErrorValue::UserAlreadyAuthenticated);
+    EXPECT_EQ(Authenticate(*Session, "ABCDE").GetValue(), ModioErrorValue::UserAlreadyAuthenticated);
+    EXPECT_TRUE(Sandbox.RequestLog().empty());
+}
+
+TEST_F(RestModioSession, AnExpiredTokenFailsVerificationAndTheStoredLoginIsForgotten)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+    Sandbox.ExpireToken(Session->GetAuthTokenAsString());
+
+    const FModioErrorCode Error = Verify(*Session);
+    EXPECT_EQ(Error.GetValue(), 11005);
+    EXPECT_EQ(Error.GetErrorMessage(), "Your access token has expired or been revoked.");
+    EXPECT_FALSE(fs::exists(LoginFile));
+    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
+    EXPECT_FALSE(RequestCode(*Session)) << "a new code can be asked for";
+}
+
+TEST_F(RestModioSession, AWrongCodeAnswersWithTheServicesMessageAndKeepsNoLogin)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    ASSERT_FALSE(RequestCode(*Session));
+    const std::string Wrong = Sandbox.LastCodeFor(ModderEmail) == "00000" ? "11111" : "00000";
+
+    const FModioErrorCode Error = Authenticate(*Session, Wrong);
+    EXPECT_EQ(Error.GetValue(), 11014);
+    EXPECT_EQ(Error.GetErrorMessage(), "The security code is invalid.");
+    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
+    EXPECT_FALSE(fs::exists(LoginFile));
+    EXPECT_TRUE(RequestsTo("/v1/me").empty());
+}
+
+TEST_F(RestModioSession, AServiceFaultOnTheCodeRequestIsAnErrorWithItsMessage)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    Sandbox.InjectFault({"/v1/oauth/emailrequest", "POST", 1, Sandbox::EFaultKind::Status, 500, 0});
+
+    const FModioErrorCode Error = RequestCode(*Session);
+    EXPECT_TRUE(Error);
+    EXPECT_EQ(Error.GetValue(), 10000);
+    EXPECT_EQ(Error.GetErrorMessage(), "The mod.io API is temporarily unavailable.");
+    EXPECT_FALSE(RequestCode(*Session)) << "the next request goes through";
+}
+
+TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+    Sandbox.InjectFault({"/v1/me", "GET", 1, Sandbox::EFaultKind::CloseMidBody, 0, 0});
+
+    const FModioErrorCode Error = Verify(*Session);
+    EXPECT_EQ(Error.GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_EQ(Error.GetErrorMessage(), "HTTP request failed");
+    EXPECT_TRUE(fs::exists(LoginFile));
+    EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
+}
+
+TEST_F(RestModioSession, ARefusedConnectionIsAnHttpFailure)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    const std::string BaseUrl = Sandbox.GetBaseUrl();
+    Sandbox.Stop();
+    ASSERT_FALSE(Initialize(*Session, BaseUrl));
+
+    const FModioErrorCode Error = RequestCode(*Session);
+    EXPECT_EQ(Error.GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_EQ(Error.GetErrorMessage(), "HTTP request failed");
+}
+
+TEST_F(RestModioSession, CompletionsWaitForRunPendingHandlers)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    int Calls = 0;
+    FModioInitializeOptions Options{1, ApiKey, EModioEnvironment::Live, Sandbox.GetBaseUrl()};
+    Session->InitializeAsync(Options, [&](FModioErrorCode) { ++Calls; });
+    Tasks.PumpGameThread();
+    EXPECT_EQ(Calls, 0);
+    Session->RunPendingHandlers();
+    EXPECT_EQ(Calls, 1);
+
+    Session->RequestEmailAuthCodeAsync(ModderEmail, [&](FModioErrorCode) { ++Calls; });
+    PumpTasksUntil([&] { return !Sandbox.LastCodeFor(ModderEmail).empty(); });
+    Session->RunPendingHandlers();
+    TickUntil(*Session, [&] { return Calls == 2; });
+
+    // The login file is written when the answers arrive, so its presence shows both requests completed.
+    Session->AuthenticateUserEmailAsync(Sandbox.LastCodeFor(ModderEmail), [&](FModioErrorCode) { ++Calls; });
+    PumpTasksUntil([&] { return fs::exists(LoginFile); });
+    EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
+    EXPECT_EQ(Calls, 2);
+    Session->RunPendingHandlers();
+    EXPECT_EQ(Calls, 3);
+
+    Sandbox.ExpireToken(Session->GetAuthTokenAsString());
+    Session->VerifyUserAuthenticationAsync([&](FModioErrorCode) { ++Calls; });
+    PumpTasksUntil([&] { return !fs::exists(LoginFile); });
+    EXPECT_EQ(Calls, 3);
+    Session->RunPendingHandlers();
+    EXPECT_EQ(Calls, 4);
+}
+
+TEST_F(RestModioSession, ClearingTheUserDataDeletesTheStoredLoginAndRevokesTheToken)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+    const std::string Token = Session->GetAuthTokenAsString();
+
+    EXPECT_FALSE(Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->ClearUserDataAsync(std::move(Done)); }));
+    EXPECT_FALSE(fs::exists(LoginFile));
+    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
+    EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::NoAuthToken);
+
+    TickUntil(*Session, [&] { return !RequestsTo("/v1/oauth/logout").empty(); });
+    EXPECT_EQ(RequestsTo("/v1/oauth/logout")[0].Status, 200);
+    ASSERT_TRUE(SaveStoredLogin(LoginFile.string(), FStoredLogin{Token, 0, Sandbox.GetBaseUrl()}));
+    const std::unique_ptr<FRestModioSession> Restored = MakeSession();
+    ASSERT_FALSE(Initialize(*Restored));
+    EXPECT_EQ(Verify(*Restored).GetValue(), 11005) << "the service no longer accepts the token";
+}
+
+TEST_F(RestModioSession, AfterShutdownNoRequestIsStarted)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    LogIn(*Session);
+    EXPECT_FALSE(Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->ShutdownAsync(std::move(Done)); }));
+    Sandbox.ClearRequestLog();
+
+    EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::SdkNotInitialized);
+    EXPECT_TRUE(Sandbox.RequestLog().empty());
+}
+
+TEST_F(RestModioSession, DestroyingTheSessionWithARequestRunningRunsNoCallback)
+{
+    int Calls = 0;
+    {
+        const std::unique_ptr<FRestModioSession> Session = MakeSession();
+        ASSERT_FALSE(Initialize(*Session));
+        Sandbox.InjectFault({"/v1/oauth/emailrequest", "POST", 1, Sandbox::EFaultKind::Stall, 0, 300});
+        Session->RequestEmailAuthCodeAsync(ModderEmail, [&](FModioErrorCode) { ++Calls; });
+    }
+    for (int Frame = 0; Frame < 200; ++Frame)
+    {
+        Tasks.PumpGameThread();
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    EXPECT_EQ(Calls, 0);
+}
+
+TEST_F(RestModioSession, SubmittingIsNotAvailableYetAndSaysSoThroughTheQueue)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    ASSERT_FALSE(Initialize(*Session));
+    std::vector<FModioModManagementEvent> Events;
+    EXPECT_FALSE(Session->EnableModManagement([&](FModioModManagementEvent Event) { Events.push_back(Event); }));
+    const FModioModCreationHandle First = Session->GetModCreationHandle();
+    EXPECT_GT(Session->GetModCreationHandle().Value, First.Value);
+    EXPECT_FALSE(Session->QueryCurrentModUpdate());
+
+    std::optional<FModioErrorCode> NewMod;
+    std::optional<FModioErrorCode> Changes;
+    Session->SubmitNewModAsync(First, {}, [&](FModioErrorCode Error, std::optional<FModioModID>) { NewMod = Error; });
+    Session->SubmitModChangesAsync(7, {}, [&](FModioErrorCode Error, std::optional<FModioModInfo>) { Changes = Error; });
+    Session->SubmitNewModFileForMod(7, {});
+    EXPECT_FALSE(NewMod);
+    EXPECT_TRUE(Events.empty());
+
+    Session->RunPendingHandlers();
+    ASSERT_TRUE(NewMod && Changes);
+    EXPECT_EQ(NewMod->GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_EQ(NewMod->GetErrorMessage(), "Not available in this build yet");
+    EXPECT_EQ(Changes->GetValue(), ModioErrorValue::HttpRequestFailed);
+    ASSERT_EQ(Events.size(), 1u);
+    EXPECT_EQ(Events[0].ID, 7);
+    EXPECT_EQ(Events[0].Event, EModioModManagementEventType::Uploaded);
+    EXPECT_EQ(Events[0].Status.GetErrorMessage(), "Not available in this build yet");
+    EXPECT_TRUE(Sandbox.RequestLog().empty());
+}
+
+// The form and URL builders: what goes on the wire.
+
+TEST(RestModioRequests, FormValuesKeepOnlyUnreservedCharacters)
+{
+    EXPECT_EQ(ModioRest::UrlEncode("AZaz09-._~"), "AZaz09-._~");
+    EXPECT_EQ(ModioRest::UrlEncode("a+b c@x.io&y=z/%"), "a%2Bb%20c%40x.io%26y%3Dz%2F%25");
+    EXPECT_EQ(ModioRest::UrlEncode("o'neil\xC3\xA9"), "o%27neil%C3%A9");
+    EXPECT_EQ(ModioRest::EmailRequestBody("modder+maps@example.com"), "email=modder%2Bmaps%40example.com");
+    EXPECT_EQ(ModioRest::EmailExchangeBody("P39TM"), "security_code=P39TM");
+}
+
+TEST(RestModioRequests, UrlsStartAtTheResolvedOrigin)
+{
+    EXPECT_EQ(ModioRest::ResolveBaseUrl("", 1234), "https://g-1234.modapi.io");
+    EXPECT_EQ(ModioRest::ResolveBaseUrl("http://127.0.0.1:8080//", 1), "http://127.0.0.1:8080");
+    EXPECT_EQ(ModioRest::EmailRequestUrl("http://h", "K"), "http://h/v1/oauth/emailrequest?api_key=K");
+    EXPECT_EQ(ModioRest::EmailExchangeUrl("http://h", "K"), "http://h/v1/oauth/emailexchange?api_key=K");
+    EXPECT_EQ(ModioRest::MeUrl("http://h"), "http://h/v1/me");
+}
+
+TEST(RestModioRequests, MalformedAnswersAreErrorsNotCrashes)
+{
+    EXPECT_FALSE(ModioRest::ReadAccessToken("<html>"));
+    EXPECT_FALSE(ModioRest::ReadAccessToken("{\"code\":200}"));
+    EXPECT_FALSE(ModioRest::ReadAccessToken("[\"access_token\"]"));
+    EXPECT_FALSE(ModioRest::IsUserObject("{\"name\":\"x\"}"));
+    EXPECT_FALSE(ModioRest::IsUserObject(""));
+
+    EXPECT_EQ(ModioRest::ErrorFromAnswer(502, "<html>bad gateway</html>").GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_EQ(ModioRest::ErrorFromAnswer(400, "{\"error\":{\"error_ref\":0,\"message\":\"no\"}}").GetValue(),
+        ModioErrorValue::HttpRequestFailed) << "a ref of 0 must not read as success";
+    EXPECT_EQ(ModioRest::ErrorFromAnswer(400, "{\"error\":\"text\"}").GetValue(), ModioErrorValue::HttpRequestFailed);
+    const FModioErrorCode Known = ModioRest::ErrorFromAnswer(401, "{\"error\":{\"code\":401,\"error_ref\":11014,\"message\":\"m\"}}");
+    EXPECT_EQ(Known.GetValue(), 11014);
+    EXPECT_EQ(Known.GetErrorMessage(), "m");
+}
+
+// The stored login on its own.
+
+namespace
+{
+class StoredLogin : public ::testing::Test
+{
+protected:
+    FTempDir Temp;
+    std::string File = (Temp.Path() / "cfg" / "maptorn" / "login-1.json").string();
+};
+}
+
+TEST_F(StoredLogin, ALoginSavedIsLoadedBack)
+{
+    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"tok\"en", 1999999999, "http://127.0.0.1:1"}));
+    const std::optional<FStoredLogin> Loaded = LoadStoredLogin(File);
+    ASSERT_TRUE(Loaded);
+    EXPECT_EQ(Loaded->AccessToken, "tok\"en");
+    EXPECT_EQ(Loaded->DateExpires, 1999999999);
+    EXPECT_EQ(Loaded->BaseUrl, "http://127.0.0.1:1");
+    const auto Entries = fs::directory_iterator(fs::path(File).parent_path());
+    EXPECT_EQ(std::distance(fs::begin(Entries), fs::end(Entries)), 1) << "no temporary file is left";
+}
+
+TEST_F(StoredLogin, ALoginForAnotherBaseUrlOrPastItsExpiryIsNotUsed)
+{
+    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
+    EXPECT_TRUE(LoadStoredLoginFor(File, "http://a"));
+    EXPECT_FALSE(LoadStoredLoginFor(File, "http://b"));
+
+    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 1, "http://a"}));
+    EXPECT_FALSE(LoadStoredLoginFor(File, "http://a"));
+}
+
+TEST_F(StoredLogin, TheFileIsOwnerOnlyWhateverTheUmask)
+{
+    const mode_t Previous = ::umask(0);
+    const bool bSaved = SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"});
+    ::umask(Previous);
+    ASSERT_TRUE(bSaved);
+    EXPECT_EQ(ModeOf(File), 0600);
+    EXPECT_EQ(ModeOf(fs::path(File).parent_path()), 0700);
+    EXPECT_EQ(ModeOf(fs::path(File).parent_path().parent_path()), 0700);
+}
+
+TEST_F(StoredLogin, AWorldReadableFileIsReplacedByAnOwnerOnlyOne)
+{
+    fs::create_directories(fs::path(File).parent_path());
+    WriteTextFile(File, "old");
+    fs::permissions(File, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read);
+    ASSERT_EQ(ModeOf(File), 0644);
+
+    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
+    EXPECT_EQ(ModeOf(File), 0600);
+    EXPECT_EQ(LoadStoredLogin(File)->AccessToken, "token");
+}
+
+TEST_F(StoredLogin, ACorruptOrMissingFileGivesNoLogin)
+{
+    EXPECT_FALSE(LoadStoredLogin(File));
+    fs::create_directories(fs::path(File).parent_path());
+    for (const char* Text : {"", "{\"access_token\":\"tok", "[1,2]", "{\"access_token\":\"\"}", "{\"access_token\":null}", "\x01\x02"})
+    {
+        WriteTextFile(File, Text);
+        EXPECT_FALSE(LoadStoredLogin(File)) << Text;
+    }
+    EXPECT_FALSE(LoadStoredLogin(Temp.Path().string())) << "a folder is no login";
+}
+
+TEST_F(StoredLogin, DeletingRemovesTheFileAndAMissingFileIsAlreadyDeleted)
+{
+    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
+    EXPECT_TRUE(DeleteStoredLogin(File));
+    EXPECT_FALSE(fs::exists(File));
+    EXPECT_TRUE(DeleteStoredLogin(File));
+}
+
+TEST_F(StoredLogin, ThePathIsInTheUsersConfigFolder)
+{
+    const char* OldXdg = std::getenv("XDG_CONFIG_HOME");
+    const std::string SavedXdg = OldXdg ? OldXdg : "";
+    const char* OldHome = std::getenv("HOME");
+    const std::string SavedHome = OldHome ? OldHome : "";
+
+    ::setenv("XDG_CONFIG_HOME", "/x/config", 1);
+    ::setenv("HOME", "/home/u", 1);
+    EXPECT_EQ(StoredLoginPath(42), "/x/config/maptorn/login-42.json");
+    ::setenv("XDG_CONFIG_HOME", "relative", 1);
+    EXPECT_EQ(StoredLoginPath(42), "/home/u/.config/maptorn/login-42.json");
+    ::unsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(StoredLoginPath(7), "/home/u/.config/maptorn/login-7.json");
+
+    OldXdg ? ::setenv("XDG_CONFIG_HOME", SavedXdg.c_str(), 1) : ::unsetenv("XDG_CONFIG_HOME");
+    OldHome ? ::setenv("HOME", SavedHome.c_str(), 1) : ::unsetenv("HOME");
+}
