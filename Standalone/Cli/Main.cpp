@@ -90,6 +90,14 @@ int main(int Argc, char** Argv)
     Browse->add_flag("--json", BrowseRequest.bJson, "Print the page as JSON");
     Browse->callback([&] { ExitCode = RunBrowse(Context, BrowseRequest); });
 
+    CLI::App* Login = App.add_subcommand("login", "Log in to mod.io with an e-mail security code");
+    std::string LoginEmail, LoginCode;
+    Login->add_option("--email", LoginEmail, "Your mod.io account's e-mail (asked on a terminal when left out)");
+    Login->add_option("--code", LoginCode, "The 5-character code from the e-mail (asked on a terminal when left out)");
+    Login->callback([&] { ExitCode = RunLogin(Context, LoginEmail, LoginCode); });
+    App.add_subcommand("logout", "Log out of mod.io and delete the stored login")->callback([&] { ExitCode = RunLogout(Context); });
+    App.add_subcommand("whoami", "Tell whether the stored mod.io login is still valid")->callback([&] { ExitCode = RunWhoAmI(Context); });
+
     CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
     bool bModsJson = false;
     Mods->add_flag("--json", bModsJson, "Print the list as JSON");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Cli/StandaloneHost.h"
+#include "Sample/SampleProject.h"
 
 #include <string>
 
@@ -40,6 +41,11 @@ int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
 int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunMods(const FCommandContext& Context, bool bJson);
+int RunLogin(const FCommandContext& Context, const std::string& Email, const std::string& Code);
+int RunLogout(const FCommandContext& Context);
+int RunWhoAmI(const FCommandContext& Context);
+// Sample options that install the stand-in engine built beside this program.
+Sample::FSampleOptions SampleOptionsWithStandin();
 int RunSampleCreate(const FCommandContext& Context, const std::string& Folder);
 int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKeep);
 }
