@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Platform/HttpPort.h"
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Maptorn::Testing
+{
+// An in-process HTTP port for unit tests: each request is recorded and answered, on Pump(), with
+// the next canned answer (status and body) or a transport failure.
+class FCannedHttp final : public IMaptornHttp
+{
+public:
+    struct FAnswer
+    {
+        bool bConnected = true;
+        int32 Status = 200;
+        std::string Body;
+    };
+
+    FHttpRequestPtr CreateRequest() override;
+    // Completes every request started so far, in order.
+    void Pump();
+
+    std::deque<FAnswer> Answers;                    // a transport failure once they run out
+    std::vector<FHttpRequestPtr> Sent;
+
+private:
+    std::vector<FHttpRequestPtr> InFlight;
+};
+}
