@@ -3,6 +3,10 @@
 
 #include "Modio/ModioInterface.h"
 #include "ModioService/ModioSandbox.h"
+#include "ModioService/SandboxZip.h"
+
+#include <httplib.h>
+#include <nlohmann/json.hpp>
 #include "Platform/CurlHttp.h"
 #include "Platform/StandaloneTasks.h"
 #include "Support/FakePlatform.h"
@@ -242,4 +246,32 @@ TEST_F(SourceCatalogue, DependenciesAreReadAndAddingOneNeedsTheSession)
     Client->AddDependency("1001", "1005", [&](bool bOk) { bAdded = bOk; });
     TickUntil([&] { return bAdded.has_value(); });
     EXPECT_EQ(bAdded, true);
+}
+
+TEST_F(SourceCatalogue, ALowerCaseModTagMakesAContentModAndAModWithoutFileHasNoVersion)
+{
+    const std::string Token = Sandbox.IssueTokenFor("modder@example.com");
+    httplib::Client Service(Sandbox.GetBaseUrl());
+    const httplib::MultipartFormDataItems Form = {{"logo", Sandbox::TinyPng(), "logo.png", "image/png"}, {"name", "Fresh Props", "", ""},
+        {"summary", "No file yet.", "", ""}, {"tags[]", "mod", "", ""}};
+    const httplib::Result Added = Service.Post("/v1/games/1/mods", {{"Authorization", "Bearer " + Token}}, Form);
+    ASSERT_TRUE(Added && Added->status == 201) << (Added ? Added->body : "no answer");
+    const std::string Id = std::to_string(nlohmann::json::parse(Added->body)["id"].get<int64>());
+
+    Fakes.Session.Token = Token;
+    FPluginInfo Local;
+    Local.Name = "UGC" + Id;
+    Fakes.Engine.Plugins.push_back(Local);
+    bool bUpdated = false;
+    Client->OnUploadListUpdated.Add([&] { bUpdated = true; });
+    Client->RefreshOwnMods();
+    TickUntil([&] { return bUpdated; });
+
+    const auto Fresh = std::find_if(Client->UploadList.begin(), Client->UploadList.end(), [&](const FSourceModInfo& Info) { return Info.PluginName == "UGC" + Id; });
+    ASSERT_NE(Fresh, Client->UploadList.end());
+    EXPECT_EQ(Fresh->ModType, EModType::Mod);
+    EXPECT_EQ(Fresh->Version, 0);
+    EXPECT_EQ(Fresh->FileSize, 0);
+    EXPECT_EQ(Fresh->BinaryUrl, "");
+    EXPECT_EQ(Fresh->InstallState, static_cast<uint8>(ESourceModInstallState::RequiresUpdate)) << "plug-in here, no definition";
 }
