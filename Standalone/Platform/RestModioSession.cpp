@@ -98,17 +98,24 @@ void FRestModioSession::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegate Callb
         Callback);
 }
 
-void FRestModioSession::RequestEmailAuthCodeAsync(const std::string& EmailAddress, FOnErrorOnlyDelegate Callback)
+std::optional<FModioErrorCode> FRestModioSession::RefusalToStartLogin() const
 {
-    if (const std::optional<FModioErrorCode> Refusal = RefusalToStart())
+    if (std::optional<FModioErrorCode> Refusal = RefusalToStart())
     {
-        Complete(std::move(Callback), *Refusal);
-        return;
+        return Refusal;
     }
     if (!AccessToken.empty())
     {
-        Complete(std::move(Callback), FModioErrorCode{ModioErrorValue::UserAlreadyAuthenticated,
-            "A user is already logged in; clear the user data to log in as someone else"});
+        return FModioErrorCode{ModioErrorValue::UserAlreadyAuthenticated, "A user is already logged in; clear the user data to log in as someone else"};
+    }
+    return std::nullopt;
+}
+
+void FRestModioSession::RequestEmailAuthCodeAsync(const std::string& EmailAddress, FOnErrorOnlyDelegate Callback)
+{
+    if (const std::optional<FModioErrorCode> Refusal = RefusalToStartLogin())
+    {
+        Complete(std::move(Callback), *Refusal);
         return;
     }
     Send(MakeFormRequest(ModioRest::EmailRequestUrl(BaseUrl, ApiKey), ModioRest::EmailRequestBody(EmailAddress)),
@@ -120,15 +127,9 @@ void FRestModioSession::RequestEmailAuthCodeAsync(const std::string& EmailAddres
 
 void FRestModioSession::AuthenticateUserEmailAsync(const std::string& AuthCode, FOnErrorOnlyDelegate Callback)
 {
-    if (const std::optional<FModioErrorCode> Refusal = RefusalToStart())
+    if (const std::optional<FModioErrorCode> Refusal = RefusalToStartLogin())
     {
         Complete(std::move(Callback), *Refusal);
-        return;
-    }
-    if (!AccessToken.empty())
-    {
-        Complete(std::move(Callback), FModioErrorCode{ModioErrorValue::UserAlreadyAuthenticated,
-            "A user is already logged in; clear the user data to log in as someone else"});
         return;
     }
     Send(MakeFormRequest(ModioRest::EmailExchangeUrl(BaseUrl, ApiKey), ModioRest::EmailExchangeBody(TrimWhitespace(AuthCode))),

@@ -61,6 +61,8 @@ private:
     void Post(std::function<void()> Handler);
     // The error to report when no request may start; nothing when one may.
     std::optional<FModioErrorCode> RefusalToStart() const;
+    // As RefusalToStart, and the SDK's "already authenticated" while a login is held.
+    std::optional<FModioErrorCode> RefusalToStartLogin() const;
 
     void OnEmailExchanged(const std::string& Token, int64 DateExpires, FOnErrorOnlyDelegate Callback);
     void KeepLogin(const std::string& Token, int64 DateExpires);
