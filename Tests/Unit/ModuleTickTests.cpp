@@ -122,7 +122,8 @@ TEST_F(ModuleTick, AFinishedDownloadMarksItsRowForRestartAndStartsTheNextQueuedO
     EXPECT_EQ(Client->LastSourceModList.Mods[0].InstallState, static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired));
     EXPECT_EQ(Client->FinishedDownloads.at("11"), 4);
     EXPECT_EQ(Notified, 1);
-    EXPECT_EQ(Client->ActiveDownload, nullptr);
+    ASSERT_NE(Client->ActiveDownload, nullptr) << "the queued download started";
+    EXPECT_EQ(Client->ActiveDownload->ModId, "22");
     EXPECT_TRUE(Client->DownloadQueue.empty());
 }
 

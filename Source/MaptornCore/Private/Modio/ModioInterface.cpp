@@ -30,9 +30,29 @@ void FModioInterface::UploadPlatform(uint8 /*PlatformValue*/, const std::string&
     // Needs the mod-file upload, which this build does not carry yet.
 }
 
-void FModioInterface::StartDownload(const FSourceModInfo& /*Mod*/)
+void FModioInterface::QueueDownload(const FSourceModInfo& Mod)
 {
-    // Needs the ranged download, which this build does not carry yet.
+    if (ActiveDownload)
+    {
+        DownloadQueue.push_back(Mod);
+        if (FSourceModInfo* Record = FindCatalogueRecord(Mod.PluginName.substr(3)))
+        {
+            Record->InstallState = static_cast<uint8>(ESourceModInstallState::DownloadPending);
+        }
+        return;
+    }
+    StartDownload(Mod);
+}
+
+void FModioInterface::StartDownload(const FSourceModInfo& Mod)
+{
+    const std::string ModId = StartsWithIgnoreCase(Mod.PluginName, "UGC") ? Mod.PluginName.substr(3) : Mod.PluginName;
+    if (FSourceModInfo* Record = FindCatalogueRecord(ModId))
+    {
+        Record->InstallState = static_cast<uint8>(ESourceModInstallState::Downloading);
+    }
+    ActiveDownload = std::make_shared<FPluginModDownload>(Platform);
+    ActiveDownload->DownloadMod(Mod.BinaryUrl, Mod.PluginName, Mod.Version, ModId);
 }
 
 FSourceModInfo* FModioInterface::FindCatalogueRecord(const std::string& ModId)

@@ -1,26 +1,178 @@
 #include "Transfer/PluginModDownload.h"
 
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+#include "Common/StringUtil.h"
+#include "Modio/ModioRequests.h"
+
+#include <cstdio>
+#include <cstdlib>
+
 namespace Maptorn
 {
+bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal)
+{
+    if (Value.size() < 2)
+    {
+        return false;
+    }
+    // "bytes " is six characters; what follows is "<first>-<last>/<total>".
+    const std::string Range = Value.size() > 6 ? Value.substr(6) : std::string();
+    const std::size_t Slash = Range.find('/');
+    const std::size_t Dash = Range.find('-');
+    if (Slash == std::string::npos || Dash == std::string::npos || Dash > Slash)
+    {
+        return false;
+    }
+    char* End = nullptr;
+    const std::string LastText = Range.substr(Dash + 1, Slash - Dash - 1);
+    const std::string TotalText = Range.substr(Slash + 1);
+    OutLast = std::strtoll(LastText.c_str(), &End, 10);
+    const bool bLastOk = End != LastText.c_str() && *End == '\0';
+    OutTotal = std::strtoll(TotalText.c_str(), &End, 10);
+    const bool bTotalOk = End != TotalText.c_str() && *End == '\0';
+    return bLastOk && bTotalOk && OutLast >= 0 && OutTotal > 0;
+}
+
 FPluginModDownload::FPluginModDownload(FMaptornPlatform& InPlatform)
     : Platform(InPlatform)
 {
 }
 
-void FPluginModDownload::Update()
+std::string FPluginModDownload::DownloadFolder() const
 {
-    if (State == EPluginDownloadState::Extracting && ExtractTask && ExtractTask->IsWorkDone())
+    return Paths::Combine(Paths::ConvertRelativePathToFull(Platform.Engine.GetBaseDir(), Platform.Engine.ProjectSavedDir()), "Downloads");
+}
+
+std::string FPluginModDownload::ArchivePath() const
+{
+    return Paths::Combine(DownloadFolder(), Printf("%s.zip", ModName.c_str()));
+}
+
+std::string FPluginModDownload::ExtractFolder() const
+{
+    return Paths::Combine(DownloadFolder(), ModName);
+}
+
+void FPluginModDownload::DownloadMod(const std::string& Url, const std::string& InModName, int32 InVersion, const std::string& InModId)
+{
+    DownloadUrl = Url;
+    ModName = InModName;
+    Version = InVersion;
+    ModId = InModId;
+    Download();
+}
+
+void FPluginModDownload::Download()
+{
+    // The archive must be writable before any byte is asked for.
+    FileSystem::CreateDirectoryTree(DownloadFolder());
+    if (!bAppend && FileSystem::FileExists(ArchivePath()))
     {
-        State = EPluginDownloadState::Installing;
-        InstallPlugin();
+        FileSystem::DeleteFile(ArchivePath());
+    }
+    if (std::FILE* Probe = std::fopen(ArchivePath().c_str(), "ab"))
+    {
+        std::fclose(Probe);
+    }
+    else
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to write to zip file %s check permissions", ModName.c_str()));
+        return Fail();
+    }
+
+    FHttpRequestPtr Request = Platform.Http.CreateRequest();
+    if (!Request)
+    {
+        return OnChunkComplete(nullptr, false);
+    }
+    Request->SetVerb("GET");
+    Request->SetURL(DownloadUrl);
+    Request->SetHeader("Accept", "application/json");
+    Request->SetHeader("User-Agent", ModioRequests::UserAgent);
+    Request->SetHeader("X-Modio-Platform", "source");
+    Request->SetHeader("Range", Printf("bytes=%lld-%lld", static_cast<long long>(NextOffset), static_cast<long long>(NextOffset + ChunkSize - 1)));
+    Request->SetResponseBodyFile(ArchivePath(), bAppend);
+    std::weak_ptr<FPluginModDownload> Self = weak_from_this();
+    Request->OnHeaderReceived() = [Self](FHttpRequestPtr, const std::string& Name, const std::string& Value) {
+        if (auto Download = Self.lock())
+        {
+            Download->OnHeader(Name, Value);
+        }
+    };
+    Request->OnRequestProgress() = [Self](FHttpRequestPtr, int64, int64 BytesReceived) {
+        if (auto Download = Self.lock())
+        {
+            Download->OnChunkProgress(BytesReceived);
+        }
+    };
+    Request->OnProcessRequestComplete() = [Self](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        if (auto Download = Self.lock())
+        {
+            Download->OnChunkComplete(Response, bConnected);
+        }
+    };
+    if (!Request->ProcessRequest())
+    {
+        OnChunkComplete(nullptr, false);
     }
 }
 
-void FPluginModDownload::InstallPlugin()
+void FPluginModDownload::OnHeader(const std::string& Name, const std::string& Value)
 {
-    // The install into the project's plug-ins is not part of this build: report it as failed
-    // rather than pretend the plug-in arrived.
-    (void)Platform;
+    int64 Last = 0;
+    int64 Total = 0;
+    if (EqualsIgnoreCase(Name, "Content-Range") && ParseContentRange(Value, Last, Total))
+    {
+        TotalBytes = Total;
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Received mod file size: %lld", static_cast<long long>(Total)));
+    }
+    else if (EqualsIgnoreCase(Name, "Content-Length") && NextOffset == 0 && TotalBytes == 0)
+    {
+        // A server that ignores ranges still tells the whole size this way.
+        TotalBytes = std::strtoll(Value.c_str(), nullptr, 10);
+    }
+}
+
+void FPluginModDownload::OnChunkProgress(int64 BytesReceived)
+{
+    ReceivedBytes = NextOffset + BytesReceived;
+    Progress = TotalBytes > 0 ? static_cast<float>(static_cast<double>(ReceivedBytes) / static_cast<double>(TotalBytes)) : 0.0f;
+}
+
+void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnected)
+{
+    const int32 Code = Response ? Response->GetResponseCode() : 0;
+    if (!bConnected || !Response || (Code != 200 && Code != 206))
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s http response code %d", ModName.c_str(), Code));
+        return Fail();
+    }
+    int64 Last = 0;
+    int64 Total = 0;
+    const std::string ContentRange = Response->GetHeader("Content-Range");
+    if (ContentRange.size() < 2 || !ParseContentRange(ContentRange, Last, Total) || Last == Total - 1)
+    {
+        bAppend = false;
+        ReceivedBytes = FileSystem::FileSize(ArchivePath());
+        Progress = 1.0f;
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Mod %s successfully downloaded", ModName.c_str()));
+        return ExtractDownload();
+    }
+    if (Last + 1 <= NextOffset || Last >= Total)
+    {
+        // A range that does not move forward would ask for the same bytes for ever.
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s http response code %d", ModName.c_str(), Code));
+        return Fail();
+    }
+    bAppend = true;
+    NextOffset = Last + 1;
+    Download();
+    Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Mod %s successfully downloaded chunk", ModName.c_str()));
+}
+
+void FPluginModDownload::Fail()
+{
     State = EPluginDownloadState::Failed;
 }
 

@@ -48,6 +48,8 @@ public:
     void AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone);
     // Ids of the project's "UGC" plug-ins, in the plug-in manager's order.
     std::vector<std::string> LocalUGCModIds() const;
+    // Starts the download of a catalogue record now, or queues it behind the running one.
+    void QueueDownload(const FSourceModInfo& Mod);
     void StartDownload(const FSourceModInfo& Mod);
     // The catalogue record of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
     FSourceModInfo* FindCatalogueRecord(const std::string& ModId);
@@ -102,7 +104,7 @@ public:
     FSourceModQuery SourceQuery;
     bool bSourceQueryBusy = false;
     FSourceModList LastSourceModList;
-    std::unique_ptr<FPluginModDownload> ActiveDownload;
+    std::shared_ptr<FPluginModDownload> ActiveDownload;
     std::deque<FSourceModInfo> DownloadQueue;
     // Mods installed in this editor run, by id, with the version installed.
     std::map<std::string, int32> FinishedDownloads;

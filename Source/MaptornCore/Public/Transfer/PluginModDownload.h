@@ -3,6 +3,7 @@
 #include "Common/CoreTypes.h"
 #include "Platform/MaptornPlatform.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -17,15 +18,22 @@ enum class EPluginDownloadState : uint8
     Failed = 4,
 };
 
-// One shared source plug-in on its way into the project: downloaded as a ZIP archive, extracted
-// on a pool worker, then installed into the project's plug-ins.
-class FPluginModDownload
+// One shared source plug-in on its way into the project: downloaded as a ZIP archive in ranged
+// chunks streamed to disk, extracted on a pool worker, then installed into the project's plug-ins.
+// Handlers run on the game thread; the owner polls Update every frame.
+class FPluginModDownload : public std::enable_shared_from_this<FPluginModDownload>
 {
 public:
+    static constexpr int64 ChunkSize = 512000000;
+
     explicit FPluginModDownload(FMaptornPlatform& InPlatform);
 
-    // Polled every frame on the game thread: hands a finished extraction over to the install.
+    // Stores the URL, the mod name (which names the archive), the version and the mod id, then
+    // sends the first chunk request.
+    void DownloadMod(const std::string& Url, const std::string& InModName, int32 InVersion, const std::string& InModId);
+    void Download();
     void Update();
+    void ExtractDownload();
     void InstallPlugin();
 
     EPluginDownloadState GetState() const { return State; }
@@ -33,8 +41,14 @@ public:
     void GetProgressBytes(int64& OutReceived, int64& OutTotal) const;
     bool IsExtractionStarted() const { return ExtractTask != nullptr; }
 
+    // Saved/Downloads, Saved/Downloads/<mod name>.zip, and the folder the archive unpacks into.
+    std::string DownloadFolder() const;
+    std::string ArchivePath() const;
+    std::string ExtractFolder() const;
+
     std::string ModName;
     std::string ModId;
+    int32 Version = 0;
     std::string DownloadUrl;
     bool bAppend = false;
     int64 TotalBytes = 0;
@@ -45,6 +59,17 @@ public:
     std::shared_ptr<ITaskHandle> ExtractTask;
 
 private:
+    void OnHeader(const std::string& Name, const std::string& Value);
+    void OnChunkProgress(int64 BytesReceived);
+    void OnChunkComplete(FHttpResponsePtr Response, bool bConnected);
+    void Fail();
+
     FMaptornPlatform& Platform;
+    // Written by the extraction worker, read by Update once the task is done.
+    std::shared_ptr<std::atomic<bool>> bExtracted = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::string> ExtractError = std::make_shared<std::string>();
 };
+
+// Parses "bytes <first>-<last>/<total>"; false when it is not that shape.
+bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal);
 }
