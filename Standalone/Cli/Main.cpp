@@ -98,6 +98,11 @@ int main(int Argc, char** Argv)
     App.add_subcommand("logout", "Log out of mod.io and delete the stored login")->callback([&] { ExitCode = RunLogout(Context); });
     App.add_subcommand("whoami", "Tell whether the stored mod.io login is still valid")->callback([&] { ExitCode = RunWhoAmI(Context); });
 
+    CLI::App* Install = App.add_subcommand("install", "Download a shared source plug-in from mod.io into the project's plug-ins");
+    std::string InstallModId;
+    Install->add_option("modid", InstallModId, "The source plug-in's mod id on mod.io (digits)")->required();
+    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId); });
+
     CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
     bool bModsJson = false;
     Mods->add_flag("--json", bModsJson, "Print the list as JSON");

@@ -10,7 +10,7 @@
 #include "Platform/StandaloneProcesses.h"
 #include "Platform/StandaloneTasks.h"
 #include "Platform/CurlHttp.h"
-#include "Platform/UnavailableTransport.h"
+#include "Platform/ZipArchive.h"
 
 #include <functional>
 #include <iosfwd>
@@ -64,7 +64,7 @@ public:
     FStandaloneProcesses Processes;
     FStandaloneTasks Tasks;
     FCurlHttp Http{Tasks};
-    FUnavailableArchive Archive;
+    FZipArchive Archive;
     std::unique_ptr<FRestModioSession> Session;
     FMaptornPlatform Platform;
 

@@ -41,6 +41,7 @@ int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
 int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunMods(const FCommandContext& Context, bool bJson);
+int RunInstall(const FCommandContext& Context, const std::string& ModId);
 int RunLogin(const FCommandContext& Context, const std::string& Email, const std::string& Code);
 int RunLogout(const FCommandContext& Context);
 int RunWhoAmI(const FCommandContext& Context);

@@ -126,6 +126,28 @@ void FModioInterface::FetchMissingThumbnails()
     }
 }
 
+void FModioInterface::FetchSourceMod(const std::string& ModId, std::function<void(bool, FSourceModInfo)> OnDone)
+{
+    const std::string Url = Printf("%s/v1/games/%lld/mods?api_key=", Config.ModioApiBaseUrl.c_str(), static_cast<long long>(Config.ModioGameId)) +
+                            Config.ModioApiKey + "&id=" + ModId;
+    FHttpRequestPtr Request = ModioRequests::MakeCatalogueRequest(Platform.Http, Url);
+    if (!Request)
+    {
+        return OnDone(false, {});
+    }
+    std::weak_ptr<bool> Alive = AliveToken;
+    Request->OnProcessRequestComplete() = [this, Alive, OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        FSourceModList Page;
+        const bool bRead = !Alive.expired() && bConnected && Response && Response->GetResponseCode() == 200 &&
+                           ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page) && !Page.Mods.empty();
+        OnDone(bRead, bRead ? Page.Mods.front() : FSourceModInfo{});
+    };
+    if (!Request->ProcessRequest())
+    {
+        OnDone(false, {});
+    }
+}
+
 void FModioInterface::FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone)
 {
     FHttpRequestPtr Request = Platform.Http.CreateRequest();

@@ -19,11 +19,22 @@ bool CopyTree(const std::string& From, const std::string& To)
     return !Error;
 }
 
+// Renames, or copies and deletes when the two folders are on different devices.
 bool RenameFolder(const std::string& From, const std::string& To)
 {
     std::error_code Error;
     fs::rename(From, To, Error);
-    return !Error;
+    if (!Error)
+    {
+        return true;
+    }
+    if (CopyTree(From, To))
+    {
+        FileSystem::DeleteDirectoryRecursively(From);
+        return true;
+    }
+    FileSystem::DeleteDirectoryRecursively(To);
+    return false;
 }
 
 // Replaces Target with a copy of Source so that, whatever fails, Target is either the old
@@ -103,6 +114,7 @@ void FPluginModDownload::InstallPlugin()
     }
     const std::string PluginsDir = Paths::ConvertRelativePathToFull(Platform.Engine.GetBaseDir(), Platform.Engine.ProjectPluginsDir());
     const std::string WorkFolder = Paths::Combine(DownloadFolder(), ".install");
+    FileSystem::CreateDirectoryTree(PluginsDir);
     int Installed = 0;
     int Failed = 0;
     for (const FileSystem::FDirectoryEntry& Entry : FileSystem::ListDirectory(ExtractFolder()))

@@ -48,6 +48,8 @@ public:
     void AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone);
     // Ids of the project's "UGC" plug-ins, in the plug-in manager's order.
     std::vector<std::string> LocalUGCModIds() const;
+    // One catalogue record by mod id (false when mod.io has no shared source plug-in of that id).
+    void FetchSourceMod(const std::string& ModId, std::function<void(bool, FSourceModInfo)> OnDone);
     // Starts the download of a catalogue record now, or queues it behind the running one.
     void QueueDownload(const FSourceModInfo& Mod);
     void StartDownload(const FSourceModInfo& Mod);

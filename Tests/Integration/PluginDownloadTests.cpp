@@ -1,0 +1,144 @@
+// Downloading a shared source plug-in from the sandbox over the real HTTP adapter, extracting it
+// with the real ZIP adapter and installing it into a temporary project.
+
+#include "Module/MaptornModule.h"
+#include "ModioService/ModioSandbox.h"
+#include "Platform/CurlHttp.h"
+#include "Platform/StandaloneTasks.h"
+#include "Platform/ZipArchive.h"
+#include "Support/FakePlatform.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
+
+class PluginDownload : public ::testing::Test
+{
+protected:
+    PluginDownload()
+        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+    {
+        std::string Error;
+        bStarted = Sandbox.Start(Error);
+        Fakes.Engine.Project = Temp.Dir() + "Project/";
+        Fakes.Engine.BaseDir = Temp.Dir();
+        Module.ModioClient = std::make_unique<FModioInterface>(Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+    }
+
+    void SetUp() override { ASSERT_TRUE(bStarted); }
+
+    FModioInterface& Client() { return *Module.ModioClient; }
+
+    FSourceModInfo Fetch(const std::string& ModId)
+    {
+        std::optional<FSourceModInfo> Record;
+        Client().FetchSourceMod(ModId, [&](bool bFound, FSourceModInfo Info) { Record = bFound ? Info : FSourceModInfo{}; });
+        Tick([&] { return Record.has_value(); });
+        Client().LastSourceModList.Mods = {*Record};
+        return *Record;
+    }
+
+    void Tick(const std::function<bool()>& Done)
+    {
+        for (int Frame = 0; Frame < 60 * 120 && !Done(); ++Frame)
+        {
+            Tasks.PumpGameThread();
+            Module.Tick(1.0f / 60.0f);
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        ASSERT_TRUE(Done());
+    }
+
+    void DownloadAndWait(const FSourceModInfo& Record)
+    {
+        Client().QueueDownload(Record);
+        Tick([&] { return !Client().ActiveDownload && Client().DownloadQueue.empty(); });
+    }
+
+    fs::path Plugin(const std::string& Name) const { return Temp.Path() / "Project/Plugins" / Name; }
+
+    FTempDir Temp;
+    Sandbox::FModioSandbox Sandbox;
+    bool bStarted = false;
+    FFakePlatform Fakes;
+    FStandaloneTasks Tasks;
+    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 2, ""}};
+    FZipArchive Archive;
+    FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Fakes.Engine, Fakes.Definitions, Fakes.Processes, Tasks, Http, Archive, nullptr};
+    FMaptornModule Module{Platform, FMaptornConfig{}};
+};
+}
+
+TEST_F(PluginDownload, ASourcePluginIsDownloadedInRangesExtractedAndInstalled)
+{
+    const FSourceModInfo Record = Fetch("1006");
+    ASSERT_FALSE(Record.BinaryUrl.empty());
+    DownloadAndWait(Record);
+
+    EXPECT_TRUE(fs::exists(Plugin("UGC1006") / "UGC1006.uplugin"));
+    EXPECT_TRUE(fs::exists(Plugin("UGC1006") / "Content/definition.json"));
+    EXPECT_EQ(Client().FinishedDownloads.count("1006"), 1u);
+    EXPECT_EQ(Client().LastSourceModList.Mods[0].InstallState, static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired));
+    EXPECT_FALSE(fs::exists(Temp.Path() / "Project/Saved/Downloads/UGC1006/UGC1006")) << "the unpacked copy is moved away";
+    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "[MOD] Mod UGC1006 successfully downloaded"));
+
+    bool bRanged = false;
+    for (const Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
+    {
+        bRanged = bRanged || (Request.Headers.count("range") && Request.Headers.at("range") == "bytes=0-511999999" && Request.Status == 206);
+    }
+    EXPECT_TRUE(bRanged);
+}
+
+TEST_F(PluginDownload, AnExistingPluginIsReplacedWhole)
+{
+    fs::create_directories(Plugin("UGC1005") / "Content");
+    WriteTextFile(Plugin("UGC1005") / "Content/OldOnly.txt", "from before");
+    DownloadAndWait(Fetch("1005"));
+    EXPECT_TRUE(fs::exists(Plugin("UGC1005") / "UGC1005.uplugin"));
+    EXPECT_FALSE(fs::exists(Plugin("UGC1005") / "Content/OldOnly.txt"));
+}
+
+TEST_F(PluginDownload, AFailedDownloadLeavesTheWorkingPluginAndOffersTheDownloadAgain)
+{
+    fs::create_directories(Plugin("UGC1007"));
+    WriteTextFile(Plugin("UGC1007") / "UGC1007.uplugin", "my work");
+    FPluginInfo Existing;
+    Existing.Name = "UGC1007";
+    Fakes.Engine.Plugins.push_back(Existing);
+    const FSourceModInfo Record = Fetch("1007");
+
+    for (const Sandbox::EFaultKind Kind : {Sandbox::EFaultKind::CloseMidBody, Sandbox::EFaultKind::TruncateBody, Sandbox::EFaultKind::Status})
+    {
+        Sandbox.InjectFault({"/sandbox/files", "", 1, Kind, 503, 0});
+        DownloadAndWait(Record);
+        EXPECT_EQ(ReadTextFile(Plugin("UGC1007") / "UGC1007.uplugin"), "my work") << static_cast<int>(Kind);
+        EXPECT_EQ(Client().FinishedDownloads.count("1007"), 0u);
+        EXPECT_EQ(Client().LastSourceModList.Mods[0].InstallState, static_cast<uint8>(ESourceModInstallState::RequiresUpdate));
+    }
+}
+
+TEST_F(PluginDownload, QueuedDownloadsRunOneAfterAnother)
+{
+    const FSourceModInfo First = Fetch("1005");
+    const FSourceModInfo Second = Fetch("1006");
+    Client().LastSourceModList.Mods = {First, Second};
+    Client().QueueDownload(First);
+    Client().QueueDownload(Second);
+    EXPECT_EQ(Client().DownloadQueue.size(), 1u);
+    EXPECT_EQ(Client().LastSourceModList.Mods[1].InstallState, static_cast<uint8>(ESourceModInstallState::DownloadPending));
+    Tick([&] { return !Client().ActiveDownload && Client().DownloadQueue.empty(); });
+    EXPECT_TRUE(fs::exists(Plugin("UGC1005") / "UGC1005.uplugin"));
+    EXPECT_TRUE(fs::exists(Plugin("UGC1006") / "UGC1006.uplugin"));
+}
