@@ -20,6 +20,10 @@ test: build
 test-asan:
 	$(MAKE) test PRESET=asan
 
+# Throughput against standard tools, side by side in one run.
+bench: build
+	$(BUILD_DIR)/maptorn-extract-bench
+
 # A short run of the fuzz targets: random bytes into the readers of mod.io answers.
 fuzz: setup
 	cmake --preset fuzz

@@ -111,32 +111,26 @@ int main(int ArgCount, char** Args)
     std::printf("archive: %d small files, %d x %zu MiB, %.1f MiB on disk\n", SmallFileCount, LargeFileCount, LargeFileSize >> 20,
                 static_cast<double>(fs::file_size(ArchivePath, Error)) / (1 << 20));
 
-    std::vector<double> OursTimes, OursOneThreadTimes, UnzipTimes;
+    std::vector<double> OursTimes, UnzipTimes;
     for (int Run = 0; Run < Runs; ++Run)
     {
         const fs::path Ours = Root / ("maptorn-" + std::to_string(Run));
-        const fs::path OursOne = Root / ("maptorn1-" + std::to_string(Run));
         const fs::path Theirs = Root / ("unzip-" + std::to_string(Run));
         std::string Message;
         OursTimes.push_back(TimeSeconds([&] { return Maptorn::FZipArchive().ExtractAll(ArchivePath.string(), Ours.string(), Message); }));
-        OursOneThreadTimes.push_back(
-            TimeSeconds([&] { return Maptorn::FZipArchive(1).ExtractAll(ArchivePath.string(), OursOne.string(), Message); }));
         const std::string Command = "unzip -q -o '" + ArchivePath.string() + "' -d '" + Theirs.string() + "'";
         UnzipTimes.push_back(TimeSeconds([&] { return std::system(Command.c_str()) == 0; }));
-        if (OursTimes.back() < 0 || OursOneThreadTimes.back() < 0 || UnzipTimes.back() < 0)
+        if (OursTimes.back() < 0 || UnzipTimes.back() < 0)
         {
             std::fprintf(stderr, "extraction failed: %s\n", Message.c_str());
             return 1;
         }
-        std::printf("run %d: maptorn %.3f s, maptorn (1 thread) %.3f s, unzip %.3f s\n", Run + 1, OursTimes.back(),
-                    OursOneThreadTimes.back(), UnzipTimes.back());
+        std::printf("run %d: maptorn %.3f s, unzip %.3f s\n", Run + 1, OursTimes.back(), UnzipTimes.back());
         fs::remove_all(Ours, Error);
-        fs::remove_all(OursOne, Error);
         fs::remove_all(Theirs, Error);
     }
     const double Ours = Median(OursTimes);
     const double Theirs = Median(UnzipTimes);
-    std::printf("extract (1 thread): maptorn %.3f s\n", Median(OursOneThreadTimes));
     std::printf("extract: maptorn %.3f s, unzip %.3f s, ratio %.2f (>= 1.00 means at least as fast)\n", Ours, Theirs, Theirs / Ours);
     if (!bKeep)
     {

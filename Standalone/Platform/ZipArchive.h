@@ -20,14 +20,6 @@ public:
     static constexpr uint64 RatioCheckedAbove = 1ull << 20;     // small entries may compress as they like
     static constexpr uint64 MaxEntryCount = 200000;
 
-    // ThreadCount 0 picks one thread per core, at most MaxThreadCount. Each thread reads through
-    // its own handle on the archive, so entries inflate in parallel.
-    static constexpr unsigned MaxThreadCount = 4;
-    explicit FZipArchive(unsigned ThreadCount = 0);
-
     bool ExtractAll(const std::string& ArchivePath, const std::string& DestinationDir, std::string& OutError) override;
-
-private:
-    unsigned ThreadCount = 1;
 };
 }
