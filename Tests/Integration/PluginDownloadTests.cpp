@@ -2,18 +2,9 @@
 // with the real ZIP adapter and installing it into a temporary project.
 
 #include "Module/MaptornModule.h"
-#include "ModioService/ModioSandbox.h"
-#include "Platform/CurlHttp.h"
-#include "Platform/StandaloneTasks.h"
-#include "Platform/ZipArchive.h"
-#include "Support/FakePlatform.h"
-#include "Support/TempDir.h"
+#include "Support/SandboxFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <filesystem>
-#include <thread>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -21,22 +12,10 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
-
-class PluginDownload : public ::testing::Test
+class PluginDownload : public FSandboxTest
 {
 protected:
-    PluginDownload()
-        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
-    {
-        std::string Error;
-        bStarted = Sandbox.Start(Error);
-        Fakes.Engine.Project = Temp.Dir() + "Project/";
-        Fakes.Engine.BaseDir = Temp.Dir();
-        Module.ModioClient = std::make_unique<FModioInterface>(Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
-    }
-
-    void SetUp() override { ASSERT_TRUE(bStarted); }
+    PluginDownload() { Module.ModioClient = std::make_unique<FModioInterface>(Platform, ModioConfig()); }
 
     FModioInterface& Client() { return *Module.ModioClient; }
 
@@ -51,13 +30,7 @@ protected:
 
     void Tick(const std::function<bool()>& Done)
     {
-        for (int Frame = 0; Frame < 60 * 120 && !Done(); ++Frame)
-        {
-            Tasks.PumpGameThread();
-            Module.Tick(1.0f / 60.0f);
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        ASSERT_TRUE(Done());
+        TickUntil(Done, [this] { Module.Tick(1.0f / 60.0f); });
     }
 
     void DownloadAndWait(const FSourceModInfo& Record)
@@ -68,14 +41,6 @@ protected:
 
     fs::path Plugin(const std::string& Name) const { return Temp.Path() / "Project/Plugins" / Name; }
 
-    FTempDir Temp;
-    Sandbox::FModioSandbox Sandbox;
-    bool bStarted = false;
-    FFakePlatform Fakes;
-    FStandaloneTasks Tasks;
-    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 2, ""}};
-    FZipArchive Archive;
-    FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Fakes.Engine, Fakes.Definitions, Fakes.Processes, Tasks, Http, Archive, nullptr};
     FMaptornModule Module{Platform, FMaptornConfig{}};
 };
 }

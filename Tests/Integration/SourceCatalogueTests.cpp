@@ -2,21 +2,14 @@
 // HTTP adapter against the sandbox service on loopback.
 
 #include "Modio/ModioInterface.h"
-#include "ModioService/ModioSandbox.h"
 #include "ModioService/SandboxZip.h"
+#include "Support/SandboxFixture.h"
 
 #include <httplib.h>
 #include <nlohmann/json.hpp>
-#include "Platform/CurlHttp.h"
-#include "Platform/StandaloneTasks.h"
-#include "Support/FakePlatform.h"
-#include "Support/TempDir.h"
-
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
-#include <thread>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -24,35 +17,14 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
-
-class SourceCatalogue : public ::testing::Test
+class SourceCatalogue : public FSandboxTest
 {
 protected:
     SourceCatalogue()
-        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
     {
-        std::string Error;
-        bStarted = Sandbox.Start(Error);
-        StartError = Error;
-        Fakes.Engine.Project = Temp.Dir();
-        Fakes.Engine.BaseDir = Temp.Dir();
-        Client = std::make_unique<FModioInterface>(Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+        Client = std::make_unique<FModioInterface>(Platform, ModioConfig());
         Client->SourceQuery.PageLimit = 20;
         Client->OnSourceModListUpdated.Add([this](bool bOk, const FSourceModList&) { Answers.push_back(bOk); });
-    }
-
-    void SetUp() override { ASSERT_TRUE(bStarted) << StartError; }
-
-    // Ticks like the host until Done, with a cap far beyond any stall timeout.
-    void TickUntil(const std::function<bool()>& Done)
-    {
-        for (int Frame = 0; Frame < 60 * 120 && !Done(); ++Frame)
-        {
-            Tasks.PumpGameThread();
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        ASSERT_TRUE(Done());
     }
 
     bool Query()
@@ -96,14 +68,6 @@ protected:
         return std::any_of(Fakes.Log.Lines.begin(), Fakes.Log.Lines.end(), [&](const FLogLine& Line) { return Line.Message.find(Secret) != std::string::npos; });
     }
 
-    FTempDir Temp;
-    Sandbox::FModioSandbox Sandbox;
-    bool bStarted = false;
-    std::string StartError;
-    FFakePlatform Fakes;
-    FStandaloneTasks Tasks;
-    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 2, ""}};
-    FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Fakes.Engine, Fakes.Definitions, Fakes.Processes, Tasks, Http, Fakes.Archive, &Fakes.Session};
     std::unique_ptr<FModioInterface> Client;
     std::vector<bool> Answers;
 };
@@ -198,7 +162,7 @@ TEST_F(SourceCatalogue, LogosAreCachedAsThumbnailsAndTheWindowIsTold)
     TickUntil([&] { return Arrived.size() == Client->LastSourceModList.Mods.size(); });
     for (const FSourceModInfo& Info : Client->LastSourceModList.Mods)
     {
-        EXPECT_EQ(Info.ThumbnailPath, Temp.Dir() + "Saved/ModThumbnails/" + Info.PluginName + ".png");
+        EXPECT_EQ(Info.ThumbnailPath, Temp.Dir() + "Project/Saved/ModThumbnails/" + Info.PluginName + ".png");
         EXPECT_TRUE(fs::exists(Info.ThumbnailPath));
     }
 }
@@ -235,7 +199,7 @@ TEST_F(SourceCatalogue, DependenciesAreReadAndAddingOneNeedsTheSession)
 
     FMaptornPlatform NoSession = Platform;
     NoSession.ModioSession = nullptr;
-    FModioInterface Offline(NoSession, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+    FModioInterface Offline(NoSession, ModioConfig());
     std::optional<bool> bAdded;
     Offline.AddDependency("1001", "1005", [&](bool bOk) { bAdded = bOk; });
     EXPECT_EQ(bAdded, false);
