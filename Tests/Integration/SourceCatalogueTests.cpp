@@ -180,8 +180,8 @@ TEST_F(SourceCatalogue, OnlyOwnModsWithALocalPluginAreOfferedForUpload)
     Client->RefreshOwnMods();
     TickUntil([&] { return bUpdated; });
 
-    ASSERT_EQ(Client->UploadList.size(), 1u);
-    EXPECT_EQ(Client->UploadList[0].PluginName, "UGC1001");
+    ASSERT_EQ(Client->OwnMods.size(), 1u);
+    EXPECT_EQ(Client->OwnMods[0].PluginName, "UGC1001");
     EXPECT_EQ(Client->OwnModVersions.size(), 1u);
     const Sandbox::FRecordedRequest Request = LastRequestTo("/v1/me/mods");
     EXPECT_EQ(Request.Query, "game_id=1&status-not=3");
@@ -231,8 +231,8 @@ TEST_F(SourceCatalogue, ALowerCaseModTagMakesAContentModAndAModWithoutFileHasNoV
     Client->RefreshOwnMods();
     TickUntil([&] { return bUpdated; });
 
-    const auto Fresh = std::find_if(Client->UploadList.begin(), Client->UploadList.end(), [&](const FSourceModInfo& Info) { return Info.PluginName == "UGC" + Id; });
-    ASSERT_NE(Fresh, Client->UploadList.end());
+    const auto Fresh = std::find_if(Client->OwnMods.begin(), Client->OwnMods.end(), [&](const FSourceModInfo& Info) { return Info.PluginName == "UGC" + Id; });
+    ASSERT_NE(Fresh, Client->OwnMods.end());
     EXPECT_EQ(Fresh->ModType, EModType::Mod);
     EXPECT_EQ(Fresh->Version, 0);
     EXPECT_EQ(Fresh->FileSize, 0);

@@ -52,9 +52,9 @@ TEST_F(OwnModRefresh, TheRequestAsksForTheUsersLiveModsWithTheBearerToken)
 TEST_F(OwnModRefresh, OnlyModsWithALocalPluginAreListedWithTheirVersions)
 {
     Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}], "modfile": {"version": "4"}}, {"id": 12, "name": "Elsewhere"}, {"name": "no id"}]})"});
-    ASSERT_EQ(Client.UploadList.size(), 1u);
-    EXPECT_EQ(Client.UploadList[0].PluginName, "UGC11");
-    EXPECT_EQ(Client.UploadList[0].InstallState, static_cast<uint8>(ESourceModInstallState::Installed));
+    ASSERT_EQ(Client.OwnMods.size(), 1u);
+    EXPECT_EQ(Client.OwnMods[0].PluginName, "UGC11");
+    EXPECT_EQ(Client.OwnMods[0].InstallState, static_cast<uint8>(ESourceModInstallState::Installed));
     EXPECT_EQ(Client.OwnModVersions, (std::map<std::string, int32>{{"11", 4}}));
     EXPECT_EQ(Notified, 1);
 }
@@ -65,7 +65,7 @@ TEST_F(OwnModRefresh, AnUnparsableAnswerEmptiesTheVersionsButKeepsTheRows)
     Refresh({true, 200, "{\"data\": [ broken"});
     EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Failed to deserialize Mod.io GetMods response"));
     EXPECT_TRUE(Client.OwnModVersions.empty());
-    EXPECT_EQ(Client.UploadList.size(), 1u);
+    EXPECT_EQ(Client.OwnMods.size(), 1u);
     EXPECT_EQ(Notified, 1);
 }
 
@@ -73,10 +73,10 @@ TEST_F(OwnModRefresh, AnErrorBodyEmptiesTheListAndATransportFailureChangesNothin
 {
     Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}]}]})"});
     Refresh({false, 0, ""});
-    EXPECT_EQ(Client.UploadList.size(), 1u) << "no answer: lists untouched";
+    EXPECT_EQ(Client.OwnMods.size(), 1u) << "no answer: lists untouched";
     EXPECT_FALSE(Client.bOwnModRefreshBusy);
     Refresh({true, 401, R"({"error": {"code": 401, "error_ref": 11005, "message": "expired"}})"});
-    EXPECT_TRUE(Client.UploadList.empty()) << "the status is not inspected: no data, no rows";
+    EXPECT_TRUE(Client.OwnMods.empty()) << "the status is not inspected: no data, no rows";
     EXPECT_EQ(Notified, 2);
 }
 

@@ -130,7 +130,7 @@ int RunMods(const FCommandContext& Context, bool bJson)
         return Fail(Context, ExitFailed, "mod.io did not answer the list of your mods at " + Host->Settings.ModioBaseUrl.Value + ".");
     }
     FSourceModList List;
-    List.Mods = Client.UploadList;
+    List.Mods = Client.OwnMods;
     List.TotalResults = static_cast<int32>(List.Mods.size());
     if (bJson)
     {

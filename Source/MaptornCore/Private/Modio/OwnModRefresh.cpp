@@ -45,7 +45,7 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, "Failed to deserialize Mod.io GetMods response");
         return;
     }
-    UploadList.clear();
+    OwnMods.clear();
     if (const FJson* Data = JsonFields::TryGetArray(Answer, "data"))
     {
         for (const FJson& ModObject : *Data)
@@ -60,7 +60,7 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
             if (State == ESourceModInstallState::Installed || State == ESourceModInstallState::RequiresUpdate)
             {
                 OwnModVersions[std::to_string(JsonFields::TruncateToInt64(Id))] = Info.Version;
-                UploadList.push_back(std::move(Info));
+                OwnMods.push_back(std::move(Info));
             }
         }
     }

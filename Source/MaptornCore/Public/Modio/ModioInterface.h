@@ -28,18 +28,40 @@ public:
     FModioInterface(FMaptornPlatform& InPlatform, const FMaptornConfig& InConfig);
     ~FModioInterface();
 
-    // Session.
+    // Session and login. Without a mod.io session every one of these is a silent no-op.
     void InitializeSession();
+    // Checks a stored login (sets bIsModioBusy until it is answered).
+    void VerifyLogin();
+    // The same check started without the busy flag, for re-checks.
+    void RecheckLogin();
+    // Sends a security code to EmailAddress.
+    void RequestEmailCode();
+    // Exchanges AuthCode for a login.
+    void Login();
+    void Logout();
     void Shutdown();
 
-    // Own mods: fills UploadList and OwnModVersions.
+    // Registers NewModName on mod.io and creates its local "UGC<id>" plug-in.
+    void CreateMod();
+    // Sends the metadata blob (with the version from OwnModVersions) for an own mod.
+    void UpdateMetadata(const std::string& ModId);
+    // {"ModType":…,"EngineVersion":…,"VersionUUID":…} in the engine's JSON form.
+    std::string MakeMetadataBlob(int32 VersionUUID) const;
+
+    // Own mods: fills OwnMods and OwnModVersions.
     void RefreshOwnMods();
     // An own-mod refresh is on its way (cleared on every answer, failed ones included).
     bool bOwnModRefreshBusy = false;
 
-    // Uploads: starts the queued platform CurrentPlatform once its pause has run out.
+    // Uploads: checks, stamps a new version, then packages (or stages) and uploads each chosen
+    // platform one after the other.
+    void UploadMod(const std::string& ModId);
+    // Starts the queued platform CurrentPlatform once its pause has run out.
     void StartNextPlatformUpload();
     void UploadPlatform(uint8 Platform, const std::string& Directory);
+    // The session's mod-management events; only the upload event of UploadModId counts.
+    void OnModManagementEvent(const FModioModManagementEvent& Event);
+    void FinishPlatform();
 
     // Source plug-ins: one catalogue query at a time, with the browser's SourceQuery.
     void QuerySourceMods();
@@ -72,17 +94,22 @@ public:
     std::string NewModLogoPath;
     EModType NewModType = EModType::Map;
     std::string StatusText;
+    // The window's names for the logo path and the create page's status line.
+    std::string& LogoPath = NewModLogoPath;
+    std::string& CreateModError = StatusText;
     // Plug-ins created for new mods in this run, by mod id.
     std::map<std::string, FPluginInfo> CreatedMods;
 
-    // Own mods whose plug-in exists locally, and every own mod's version by decimal id.
-    std::vector<FSourceModInfo> UploadList;
+    // Own mods whose plug-in exists locally ("UGC<id>" plug-in names), and every own mod's
+    // version by decimal id.
+    std::vector<FSourceModInfo> OwnMods;
     std::map<std::string, int32> OwnModVersions;
 
     // Upload.
     std::string SelectedModId;
     std::string UploadModId;
     std::string UploadChangelog;
+    std::string Version;     // typed on the upload page; uploads send the stamped version instead
     bool bBuildWindows = false;
     bool bBuildAndroid = false;
     bool bShareSource = false;
@@ -95,6 +122,12 @@ public:
     std::vector<std::pair<uint8, std::string>> PendingPlatforms;
     uint8 CurrentPlatform = 0;
     float NextUploadDelay = 0.0f;
+    // The progress line's "step/total": step = StepOffset - StepsQueued + StepsTotal + 1.
+    int32 StepsTotal = 0;
+    int32 StepsQueued = 0;
+    int32 StepOffset = 0;
+    // The version stamped by the running upload.
+    int32 UploadVersion = 0;
 
     // Where the game keeps mods for this user.
     std::string ModDirectory;
