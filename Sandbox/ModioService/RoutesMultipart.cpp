@@ -105,7 +105,8 @@ FReply AddPart(FRouteContext& Context)
     {
         return FReply::Error(*Error);
     }
-    if (std::optional<FApiError> Error = CheckPartRange(Range, Context.Body.ReceivedBytes))
+    const int64 PartUnit = bLegacy ? UploadPartSize - 1 : UploadPartSize;
+    if (std::optional<FApiError> Error = CheckPartRange(Range, Context.Body.ReceivedBytes, PartUnit))
     {
         return FReply::Error(*Error);
     }
@@ -119,7 +120,7 @@ FReply AddPart(FRouteContext& Context)
     {
         return FReply::Error(*Error);
     }
-    FUploadPart Part{ Range.First / UploadPartSize + 1, Range.First, Range.Last, Context.State.Now(), {} };
+    FUploadPart Part{ Range.First / PartUnit + 1, Range.First, Range.Last, Context.State.Now(), {} };
     Part.Blob = Context.State.Blobs.Adopt(Context.Body.RawPath, "part");
     if (Part.Blob.empty())
     {
@@ -194,7 +195,7 @@ std::string AssembleParts(const FBlobFolder& Blobs, const std::vector<FUploadPar
 
 FReply CompletedReply(const FRouteContext& Context, const FUploadSession& Session)
 {
-    // The older uploader we stay compatible with expects 201 here.
+    // Clients of the legacy ranges expect 201 here.
     return FReply::Json(Context.State.bAcceptLegacyContentRange.load() ? 201 : 200, UploadSessionObject(Session));
 }
 

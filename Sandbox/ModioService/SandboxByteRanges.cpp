@@ -88,14 +88,14 @@ std::optional<FApiError> ParsePartRange(const std::string& Header, bool bAcceptL
     return std::nullopt;
 }
 
-std::optional<FApiError> CheckPartRange(const FPartRange& Range, uint64 BodySize)
+std::optional<FApiError> CheckPartRange(const FPartRange& Range, uint64 BodySize, int64 PartUnit)
 {
     const int64 Size = Range.Last - Range.First + 1;
-    if (Size > UploadPartSize || static_cast<int64>(BodySize) != Size || Range.First % UploadPartSize != 0)
+    if (Size > PartUnit || static_cast<int64>(BodySize) != Size || Range.First % PartUnit != 0)
     {
         return RangeError(ErrorRef::RangeWrongPartSize, "The size of the part provided is either too big, or too small.");
     }
-    if (Range.Last > Range.Total - 1 || (Size < UploadPartSize && Range.Last != Range.Total - 1))
+    if (Range.Last > Range.Total - 1 || (Size < PartUnit && Range.Last != Range.Total - 1))
     {
         return RangeError(ErrorRef::RangeFinalEndNotTotal,
                           "The finish byte of the range must be one less than the total size when it is the final part.");

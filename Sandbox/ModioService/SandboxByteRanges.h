@@ -25,7 +25,8 @@ std::optional<FApiError> ParsePartRange(const std::string& Header, bool bAcceptL
 
 // The part's size against the rules: 50 MiB unless it ends the file, exactly the body received,
 // starting on a part boundary, and ending at total − 1 when it is the short last part.
-std::optional<FApiError> CheckPartRange(const FPartRange& Range, uint64 BodySize);
+// PartUnit is the part size: 50 MiB, or one byte less for clients that send the legacy ranges.
+std::optional<FApiError> CheckPartRange(const FPartRange& Range, uint64 BodySize, int64 PartUnit);
 
 // What a download's `Range` header asks of a file of Size bytes.
 enum class EDownloadRange

@@ -64,6 +64,26 @@ std::string AddDependencyUrl(const std::string& BaseUrl, int64 GameId, const std
     return Printf("%s/v1/games/%lld/mods/%s/dependencies?api_key=", BaseUrl.c_str(), static_cast<long long>(GameId), ModId.c_str()) + ApiKey;
 }
 
+std::string MultipartCreateUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId)
+{
+    return Printf("%s/v1/games/%lld/mods/%s/files/multipart", BaseUrl.c_str(), static_cast<long long>(GameId), ModId.c_str());
+}
+
+std::string MultipartPartUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& UploadId)
+{
+    return MultipartCreateUrl(BaseUrl, GameId, ModId) + "?upload_id=" + UploadId;
+}
+
+std::string MultipartCompleteUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& UploadId)
+{
+    return MultipartCreateUrl(BaseUrl, GameId, ModId) + "/complete?upload_id=" + UploadId;
+}
+
+std::string ModFilesUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId)
+{
+    return Printf("%s/v1/games/%lld/mods/%s/files", BaseUrl.c_str(), static_cast<long long>(GameId), ModId.c_str());
+}
+
 FHttpRequestPtr MakeAuthorizedRequest(IMaptornHttp& Http, const std::string& Verb, const std::string& Url, const std::string& Token)
 {
     FHttpRequestPtr Request = Http.CreateRequest();

@@ -25,6 +25,12 @@ std::string CatalogueUrl(const std::string& BaseUrl, int64 GameId, const std::st
 std::string DependenciesUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& ApiKey);
 std::string AddDependencyUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& ApiKey);
 
+// The mod-file upload endpoints of a mod.
+std::string MultipartCreateUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId);
+std::string MultipartPartUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& UploadId);
+std::string MultipartCompleteUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId, const std::string& UploadId);
+std::string ModFilesUrl(const std::string& BaseUrl, int64 GameId, const std::string& ModId);
+
 // A request with "Accept: application/json" and "Authorization: Bearer <token>" (sent even when
 // the token is empty). Null when the host has no HTTP.
 FHttpRequestPtr MakeAuthorizedRequest(IMaptornHttp& Http, const std::string& Verb, const std::string& Url, const std::string& Token);
