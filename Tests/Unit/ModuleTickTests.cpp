@@ -91,6 +91,10 @@ TEST_F(ModuleTick, ThePlatformPauseCountsDownToZeroAndStops)
 
 TEST_F(ModuleTick, TheOwnModCountdownRunsOnlyWhileLoggedInAndIdle)
 {
+    // A session that never comes up, so no verification moves the countdown.
+    Fakes.Session.NextResult = {21769, "not initialised"};
+    Module.Tick(0.0f);
+    Fakes.Session.NextResult = {};
     Client->OwnModRefreshCountdown = 10.0f;
     Module.Tick(4.0f);
     EXPECT_FLOAT_EQ(Client->OwnModRefreshCountdown, 10.0f) << "logged out";

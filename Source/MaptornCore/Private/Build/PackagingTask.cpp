@@ -99,38 +99,54 @@ void FPackager::FailPackaging(const char* Message)
     Client.PendingPlatforms.clear();
 }
 
-void FPackager::RunPackagingTask(std::function<void()> OnComplete)
+const char* FPackager::PackageChosenPlatforms()
 {
     if (Client.bBuildWindows)
     {
         if (!Package(PackageTarget::Windows))
         {
-            return FailPackaging("ERROR: Failed to package for windows, check output log for details");
+            return "ERROR: Failed to package for windows, check output log for details";
         }
         // Staging is for the Windows client only: the server is built for uploads.
         if (!Client.bStageOnly && !Package(PackageTarget::KelvorLinuxServer))
         {
-            return FailPackaging("ERROR: Failed to package linux server, check output log for details");
+            return "ERROR: Failed to package linux server, check output log for details";
         }
     }
     if (Client.bBuildAndroid)
     {
         if (!Package(PackageTarget::Quest))
         {
-            return FailPackaging("ERROR: Failed to package for android, check output log for details");
+            return "ERROR: Failed to package for android, check output log for details";
         }
         if (!Package(PackageTarget::VeskoLinuxServer))
         {
-            return FailPackaging("ERROR: Failed to package linux server, check output log for details");
+            return "ERROR: Failed to package linux server, check output log for details";
         }
+    }
+    return nullptr;
+}
+
+void FPackager::RunPackagingTask(std::function<void()> OnComplete, std::function<void()> OnFailed)
+{
+    if (const char* Failure = PackageChosenPlatforms())
+    {
+        FailPackaging(Failure);
+        if (OnFailed)
+        {
+            Platform.Tasks.AsyncTask(ENamedThreads::GameThread, std::move(OnFailed));
+        }
+        return;
     }
     Platform.Tasks.AsyncTask(ENamedThreads::GameThread, std::move(OnComplete));
 }
 
-void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy, std::function<void()> OnComplete)
+void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy, std::function<void()> OnComplete,
+    std::function<void()> OnFailed)
 {
-    Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask, [&Platform, &Client, &bBusy, OnComplete = std::move(OnComplete)]() mutable {
-        FPackager(Platform, Client, bBusy).RunPackagingTask(std::move(OnComplete));
+    Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask,
+        [&Platform, &Client, &bBusy, OnComplete = std::move(OnComplete), OnFailed = std::move(OnFailed)]() mutable {
+            FPackager(Platform, Client, bBusy).RunPackagingTask(std::move(OnComplete), std::move(OnFailed));
     });
 }
 }

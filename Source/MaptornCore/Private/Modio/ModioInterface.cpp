@@ -15,21 +15,6 @@ FModioInterface::FModioInterface(FMaptornPlatform& InPlatform, const FMaptornCon
 
 FModioInterface::~FModioInterface() = default;
 
-void FModioInterface::StartNextPlatformUpload()
-{
-    const auto Entry = std::find_if(PendingPlatforms.begin(), PendingPlatforms.end(),
-        [this](const auto& Pending) { return Pending.first == CurrentPlatform; });
-    if (Entry != PendingPlatforms.end())
-    {
-        UploadPlatform(Entry->first, Entry->second);
-    }
-}
-
-void FModioInterface::UploadPlatform(uint8 /*PlatformValue*/, const std::string& /*Directory*/)
-{
-    // Needs the mod-file upload, which this build does not carry yet.
-}
-
 void FModioInterface::QueueDownload(const FSourceModInfo& Mod)
 {
     if (ActiveDownload)

@@ -13,23 +13,177 @@ void FModioInterface::InitializeSession()
         Options.ApiKey = Config.ModioApiKey;
         Options.Environment = EModioEnvironment::Live;
         Options.BaseUrl = Config.ModioApiBaseUrl;
-        Session->InitializeAsync(Options, [this](FModioErrorCode ErrorCode) { OnInitializeComplete(ErrorCode); });
+        Session->InitializeAsync(Options, Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) { OnInitializeComplete(ErrorCode); }));
         Session->SetLogLevel(EModioLogLevel::Warning);
     }
 
     DefaultLogoPath = Paths::Combine(Platform.Engine.ProjectDir(), "Plugins", "Maptorn", "Resources", "KelvorThumbnail.jpg");
     NewModLogoPath = DefaultLogoPath;
-    Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("Logo Location: %s", DefaultLogoPath.c_str()));
-    Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, "Initializing Modio SDK");
+    LogTemp(Printf("Logo Location: %s", DefaultLogoPath.c_str()));
+    LogTemp("Initializing Modio SDK");
 }
 
 void FModioInterface::OnInitializeComplete(FModioErrorCode ErrorCode)
 {
     if (ErrorCode)
     {
-        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log,
-            Printf("Error initializing Modio SDK, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        LogTemp(Printf("Error initializing Modio SDK, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        return;
     }
+    VerifyLogin();
+    if (IModioSession* Session = Platform.ModioSession)
+    {
+        Session->EnableModManagement(Guarded<FModioModManagementEvent>([this](FModioModManagementEvent Event) { OnModManagementEvent(Event); }));
+    }
+}
+
+void FModioInterface::LogTemp(const std::string& Message, ELogVerbosity Verbosity) const
+{
+    Platform.Log.Log(LogCategory::LogTemp, Verbosity, Message);
+}
+
+void FModioInterface::QuerySourceModsOnce()
+{
+    if (!bSourceModsQueried)
+    {
+        QuerySourceMods();
+        bSourceModsQueried = true;
+    }
+}
+
+void FModioInterface::VerifyLogin()
+{
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        return;
+    }
+    bIsModioBusy = true;
+    Session->VerifyUserAuthenticationAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+        if (ErrorCode)
+        {
+            LogTemp(Printf("User not authenticated Error Code %s", ErrorCode.GetErrorMessage().c_str()));
+            bIsLoggedIn = false;
+        }
+        else
+        {
+            OwnModRefreshCountdown = OwnModRefreshInterval;
+            bIsLoggedIn = true;
+            RefreshOwnMods();
+            QuerySourceModsOnce();
+        }
+        bIsModioBusy = false;
+    }));
+}
+
+void FModioInterface::RecheckLogin()
+{
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        return;
+    }
+    Session->VerifyUserAuthenticationAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+        if (ErrorCode)
+        {
+            LogTemp(Printf("User not authenticated Error Code %s", ErrorCode.GetErrorMessage().c_str()));
+            bIsLoggedIn = false;
+            return;
+        }
+        bIsLoggedIn = true;
+        QuerySourceModsOnce();
+    }));
+}
+
+void FModioInterface::RequestEmailCode()
+{
+    // Only emptiness is checked here; the page checks the format before it offers the button.
+    if (EmailAddress.empty())
+    {
+        LogTemp("Cannot request email code, email is invalid");
+        return;
+    }
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        return;
+    }
+    bIsModioBusy = true;
+    Session->RequestEmailAuthCodeAsync(EmailAddress, Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+        if (!ErrorCode)
+        {
+            LoginIndex = 2;
+        }
+        else if (ErrorCode.GetValue() == ModioErrorValue::UserAlreadyAuthenticated)
+        {
+            // A login is already held: that counts as logged in, without moving the login step.
+            bIsLoggedIn = true;
+            LogTemp("User already logged in");
+            QuerySourceModsOnce();
+        }
+        else
+        {
+            LogTemp(Printf("Error Requesting Auth Code, the error code was %d %s", ErrorCode.GetValue(), ErrorCode.GetErrorMessage().c_str()));
+        }
+        bIsModioBusy = false;
+    }));
+}
+
+void FModioInterface::Login()
+{
+    // The message names a length, but only emptiness is refused: the service judges the code.
+    if (AuthCode.empty())
+    {
+        LogTemp("Cannot login, auth code isnt the correct length");
+        return;
+    }
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        return;
+    }
+    bIsModioBusy = true;
+    Session->AuthenticateUserEmailAsync(AuthCode, Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+        if (ErrorCode)
+        {
+            // The typed e-mail and code stay, so that the user can correct them.
+            LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        }
+        else
+        {
+            bIsLoggedIn = true;
+            EmailAddress.clear();
+            AuthCode.clear();
+            QuerySourceModsOnce();
+        }
+        bIsModioBusy = false;
+    }));
+}
+
+void FModioInterface::Logout()
+{
+    IModioSession* Session = Platform.ModioSession;
+    if (!Session)
+    {
+        return;
+    }
+    bIsModioBusy = true;
+    Session->ClearUserDataAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+        if (ErrorCode)
+        {
+            // A failed logout reports with the login's message.
+            LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        }
+        else
+        {
+            bIsLoggedIn = false;
+            LoginIndex = 0;
+            OwnMods.clear();
+            OwnModVersions.clear();
+            OnUploadListUpdated.Broadcast();
+        }
+        bIsModioBusy = false;
+    }));
 }
 
 void FModioInterface::Shutdown()

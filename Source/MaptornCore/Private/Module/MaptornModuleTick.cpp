@@ -6,11 +6,6 @@
 
 namespace Maptorn
 {
-namespace
-{
-constexpr float OwnModRefreshInterval = 300.0f;
-}
-
 void FMaptornModule::Tick(float DeltaTime)
 {
     if (!ModioClient)
@@ -69,7 +64,7 @@ void FMaptornModule::TickOwnModRefresh(float DeltaTime)
     if (ModioClient->OwnModRefreshCountdown <= 0.0f)
     {
         ModioClient->RefreshOwnMods();
-        ModioClient->OwnModRefreshCountdown = OwnModRefreshInterval;
+        ModioClient->OwnModRefreshCountdown = FModioInterface::OwnModRefreshInterval;
     }
 }
 

@@ -26,10 +26,12 @@ public:
     bool Package(uint8 Target);
 
     // The platforms the user ticked, in a fixed order; posts OnComplete to the game thread when
-    // every step succeeded.
-    void RunPackagingTask(std::function<void()> OnComplete);
+    // every step succeeded, OnFailed after a failed step.
+    void RunPackagingTask(std::function<void()> OnComplete, std::function<void()> OnFailed = {});
 
 private:
+    // The message of the first failed step, or null.
+    const char* PackageChosenPlatforms();
     std::string ResolveStagingDirectory(uint8 Target, const std::string& PluginId);
     void WriteMetadata(const std::string& PluginId, const std::shared_ptr<FKelvorDefinition>& Definition);
     std::string MakeNeverCookList(const std::string& PluginId);
@@ -44,5 +46,5 @@ private:
 
 // Starts the packaging task on a background worker.
 void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy,
-    std::function<void()> OnComplete);
+    std::function<void()> OnComplete, std::function<void()> OnFailed = {});
 }

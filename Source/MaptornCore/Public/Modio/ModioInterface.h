@@ -9,22 +9,33 @@
 #include "Platform/MaptornPlatform.h"
 #include "Transfer/PluginModDownload.h"
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace Maptorn
 {
+// A decimal mod id as the SDK's 64-bit id, read as the engine's ParseInt64 does (optional sign,
+// digits, nothing else); empty when it is not a number.
+std::optional<int64> ParseModId(const std::string& ModId);
+
 // The mod.io side of the workshop: the session and login, the create-page fields, the user's own
 // mods, the upload queue, the source-plug-in catalogue and the downloads. Touched only on the
 // game thread; every completion arrives through the module's tick.
 class FModioInterface
 {
 public:
+    // Seconds of idle, logged-in time between two refreshes of the user's own mods.
+    static constexpr float OwnModRefreshInterval = 300.0f;
+    // The pause between two platform uploads.
+    static constexpr float PlatformUploadPause = 1.0f;
+
     FModioInterface(FMaptornPlatform& InPlatform, const FMaptornConfig& InConfig);
     ~FModioInterface();
 
@@ -75,6 +86,8 @@ public:
     // Starts the download of a catalogue record now, or queues it behind the running one.
     void QueueDownload(const FSourceModInfo& Mod);
     void StartDownload(const FSourceModInfo& Mod);
+    // The own-mod row of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
+    const FSourceModInfo* FindOwnMod(const std::string& ModId) const;
     // The catalogue record of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
     FSourceModInfo* FindCatalogueRecord(const std::string& ModId);
 
@@ -151,6 +164,26 @@ public:
     TMulticastDelegate<const FSourceModInfo&> OnSourceModImageCreated;
 
 private:
+    // A completion that does nothing once the client is gone (the session may outlive it).
+    template <typename TArg>
+    std::function<void(TArg)> Guarded(std::function<void(TArg)> Handler)
+    {
+        std::weak_ptr<bool> Alive = AliveToken;
+        return [Alive, Handler = std::move(Handler)](TArg Arg) {
+            if (!Alive.expired())
+            {
+                Handler(std::move(Arg));
+            }
+        };
+    }
+
+    // One line in LogTemp, where every mod.io message goes.
+    void LogTemp(const std::string& Message, ELogVerbosity Verbosity = ELogVerbosity::Log) const;
+    void OnPackagingComplete();
+    // The module's build flag, or the client's own when there is no module.
+    std::atomic<bool>& BuildBusyFlag();
+    std::atomic<bool> bPackagingBusy = false;
+    void QuerySourceModsOnce();
     void OnInitializeComplete(FModioErrorCode ErrorCode);
     void OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected);
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
