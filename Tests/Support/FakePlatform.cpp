@@ -40,13 +40,15 @@ EAppReturnType FScriptedDialogs::MessageBox(EAppMsgType Type, const std::string&
     return Answer;
 }
 
-std::optional<std::string> FScriptedDialogs::OpenFileDialog(const std::string&, const std::string&, const std::string&)
+std::optional<std::string> FScriptedDialogs::OpenFileDialog(const std::string& Title, const std::string& DefaultPath, const std::string& FileTypes)
 {
+    FileDialogs.push_back({Title, DefaultPath, FileTypes});
     return NextPickedPath;
 }
 
-std::optional<std::string> FScriptedDialogs::OpenDirectoryDialog(const std::string&, const std::string&)
+std::optional<std::string> FScriptedDialogs::OpenDirectoryDialog(const std::string& Title, const std::string& DefaultPath)
 {
+    FileDialogs.push_back({Title, DefaultPath, {}});
     return NextPickedPath;
 }
 
@@ -281,17 +283,20 @@ void FFakeModioSession::RunPendingHandlers()
 void FFakeModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioCreateModParams& Params, FOnSubmitNewModDelegate Callback)
 {
     Calls.push_back("SubmitNewModAsync:" + Params.Name);
-    Pending.push_back([Callback = std::move(Callback), Result = NextResult] { Callback(Result, std::nullopt); });
+    CreateModParams.push_back(Params);
+    Pending.push_back([Callback = std::move(Callback), Result = NextResult, Id = NextNewModId] { Callback(Result, Result ? std::nullopt : Id); });
 }
 
-void FFakeModioSession::SubmitModChangesAsync(FModioModID Mod, const FModioEditModParams&, FOnSubmitModChangesDelegate Callback)
+void FFakeModioSession::SubmitModChangesAsync(FModioModID Mod, const FModioEditModParams& Params, FOnSubmitModChangesDelegate Callback)
 {
     Calls.push_back("SubmitModChangesAsync:" + std::to_string(Mod));
+    EditModParams.push_back(Params);
     Pending.push_back([Callback = std::move(Callback), Result = NextResult] { Callback(Result, std::nullopt); });
 }
 
-void FFakeModioSession::SubmitNewModFileForMod(FModioModID Mod, const FModioCreateModFileParams&)
+void FFakeModioSession::SubmitNewModFileForMod(FModioModID Mod, const FModioCreateModFileParams& Params)
 {
     Calls.push_back("SubmitNewModFileForMod:" + std::to_string(Mod));
+    ModFileParams.push_back(Params);
 }
 }

@@ -37,15 +37,23 @@ struct FMessageBoxCall
     std::string Caption;
 };
 
+struct FFileDialogCall
+{
+    std::string Title;
+    std::string DefaultPath;
+    std::string FileTypes;     // empty for folder dialogs
+};
+
 class FScriptedDialogs final : public IMaptornDialogs
 {
 public:
     EAppReturnType MessageBox(EAppMsgType Type, const std::string& Text, const std::string& Caption) override;
-    std::optional<std::string> OpenFileDialog(const std::string&, const std::string&, const std::string&) override;
-    std::optional<std::string> OpenDirectoryDialog(const std::string&, const std::string&) override;
+    std::optional<std::string> OpenFileDialog(const std::string& Title, const std::string& DefaultPath, const std::string& FileTypes) override;
+    std::optional<std::string> OpenDirectoryDialog(const std::string& Title, const std::string& DefaultPath) override;
     void LaunchURL(const std::string& Url) override { OpenedUrls.push_back(Url); }
 
     std::vector<FMessageBoxCall> MessageBoxes;
+    std::vector<FFileDialogCall> FileDialogs;
     std::deque<EAppReturnType> Answers;            // next Yes/No answers; Yes when empty
     std::optional<std::string> NextPickedPath;
     std::vector<std::string> OpenedUrls;
@@ -203,6 +211,11 @@ public:
     std::string Token;
     int PumpCount = 0;
     int64 LastHandle = 0;
+    // What the mod calls were given, and the id a successful creation answers with.
+    std::vector<FModioCreateModParams> CreateModParams;
+    std::vector<FModioEditModParams> EditModParams;
+    std::vector<FModioCreateModFileParams> ModFileParams;
+    std::optional<FModioModID> NextNewModId;
 
 private:
     void Complete(const std::string& Call, FOnErrorOnlyDelegate Callback);
