@@ -20,9 +20,13 @@ test: build
 test-asan:
 	$(MAKE) test PRESET=asan
 
-# Throughput against standard tools, side by side in one run.
+# Throughput against standard tools, side by side in one run: extraction against unzip, then a
+# 1 GiB mod file downloaded against curl -o and uploaded as form-data against curl -F through a
+# sandbox on loopback (MAPTORN_BENCH_SIZE_MIB=64 for a quick check).
 bench: build
 	$(BUILD_DIR)/maptorn-extract-bench
+	$(BUILD_DIR)/maptorn-download-bench
+	$(BUILD_DIR)/maptorn-upload-bench
 
 # A short run of the fuzz targets: random bytes into the readers of mod.io answers.
 fuzz: setup

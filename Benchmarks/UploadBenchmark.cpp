@@ -1,0 +1,191 @@
+// Times FModioMultipartUpload::SendFormData adding a mod file on the sandbox (the form-data body
+// written to Saved/modio_upload.tmp, then streamed from there) against `curl -F` posting the same
+// file to the same endpoint, and reports the peak resident memory of this process, which is the
+// client's: the sandbox runs as its own process.
+//
+// Usage: maptorn-upload-bench [--size-mib N]   (or MAPTORN_BENCH_SIZE_MIB; 1024 by default)
+
+#include "BenchFiles.h"
+#include "BenchPlatform.h"
+#include "BenchSandbox.h"
+
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+#include "Transfer/ModioMultipartUpload.h"
+
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+using namespace Maptorn;
+using namespace Maptorn::Bench;
+
+namespace
+{
+constexpr int Runs = 3;
+constexpr double TransferTimeoutSeconds = 600.0;
+constexpr double TargetRatio = 0.90;
+constexpr double RssLimitMiB = 128.0;
+const std::string FileName = "UGCBench.zip";
+
+using FClock = std::chrono::steady_clock;
+
+struct FUploadTimes
+{
+    double Total = -1.0;    // from SendFormData until the service's answer
+    double Sending = -1.0;  // from the body being written until the answer
+};
+
+struct FTimings
+{
+    std::vector<double> OursTotal, OursSending, Curl;
+};
+
+int Fail(const std::string& Message)
+{
+    std::fprintf(stderr, "upload benchmark: %s\n", Message.c_str());
+    return 1;
+}
+
+double Seconds(FClock::time_point From, FClock::time_point To)
+{
+    return std::chrono::duration<double>(To - From).count();
+}
+
+// Every upload stores another copy on the sandbox; dropping the copies keeps gigabytes from
+// piling up on disk and in the page cache while the later runs are timed.
+void DropStoredCopies(const std::string& SandboxDir)
+{
+    for (const FileSystem::FDirectoryEntry& Entry : FileSystem::ListDirectory(Paths::Combine(SandboxDir, "blobs")))
+    {
+        if (Paths::GetCleanFilename(Entry.Path).starts_with("modfile-"))
+        {
+            FileSystem::DeleteFile(Entry.Path);
+        }
+    }
+}
+
+FUploadTimes TimeOurUpload(FBenchPlatform& Bench, const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& Folder)
+{
+    auto Upload = std::make_shared<FModioMultipartUpload>(Bench.Platform, Sandbox.BaseUrl(), 1);
+    Upload->ModId = ModId;
+    Upload->AuthToken = Sandbox.Token();
+    Upload->FileName = FileName;
+    Upload->FileFolder = Folder;
+    Upload->Version = "1";
+    Upload->Changelog = "x";
+    Upload->Platform = "windows";
+    std::optional<bool> bSucceeded;
+    FClock::time_point Answered;
+    Upload->OnFinished = [&](bool bOk)
+    {
+        Answered = FClock::now();
+        bSucceeded = bOk;
+    };
+    const FClock::time_point Start = FClock::now();
+    // Writes the whole body before it returns; the request is then under way.
+    Upload->SendFormData(true);
+    const FClock::time_point BodyWritten = FClock::now();
+    const bool bAccepted = Bench.TickUntil([&] { return bSucceeded.has_value(); }, TransferTimeoutSeconds) && *bSucceeded;
+    // The uploader leaves its body behind until the next upload; nothing reads it again here.
+    FileSystem::DeleteFile(Upload->FormDataBodyPath());
+    if (!bAccepted)
+    {
+        return {};
+    }
+    return { Seconds(Start, Answered), Seconds(BodyWritten, Answered) };
+}
+
+double TimeCurlUpload(const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& ZipPath)
+{
+    std::string Status;
+    double Seconds = 0.0;
+    const bool bRan = RunCommand(Sandbox.CurlFormUploadCommand(ModId, ZipPath, "/dev/null"), Status, &Seconds);
+    return bRan && Status == "201" ? Seconds : -1.0;
+}
+
+bool Compare(const FBenchFolder& Folder, const FSandboxProcess& Sandbox, const std::string& ModId, FTimings& Out)
+{
+    const std::string FilesDir = Paths::Combine(Folder.Path(), "Files");
+    const std::string SandboxDir = Paths::Combine(Folder.Path(), "Sandbox");
+    FBenchPlatform Bench(Paths::Combine(Folder.Path(), "Project"));
+    for (int Run = 0; Run < Runs; ++Run)
+    {
+        FUploadTimes Our;
+        double OurCpu = 0.0, CurlCpu = 0.0;
+        TakeTurns(
+            Run,
+            [&]
+            {
+                const double Before = OwnCpuSeconds();
+                Our = TimeOurUpload(Bench, Sandbox, ModId, FilesDir);
+                OurCpu = OwnCpuSeconds() - Before;
+                DropStoredCopies(SandboxDir);
+            },
+            [&]
+            {
+                const double Before = ChildrenCpuSeconds();
+                Out.Curl.push_back(TimeCurlUpload(Sandbox, ModId, Paths::Combine(FilesDir, FileName)));
+                CurlCpu = ChildrenCpuSeconds() - Before;
+                DropStoredCopies(SandboxDir);
+            });
+        if (Our.Total < 0 || Out.Curl.back() < 0)
+        {
+            Fail(std::string(Our.Total < 0 ? "our upload" : "curl's upload") + " was not accepted; the sandbox's last lines:\n" +
+                 Sandbox.LogTail(10));
+            return false;
+        }
+        Out.OursTotal.push_back(Our.Total);
+        Out.OursSending.push_back(Our.Sending);
+        std::printf("run %d: maptorn %.3f s (sending %.3f s, cpu %.2f s), curl -F %.3f s (cpu %.2f s)\n", Run + 1, Our.Total,
+                    Our.Sending, OurCpu, Out.Curl.back(), CurlCpu);
+    }
+    return true;
+}
+}
+
+int main(int ArgCount, char** Args)
+{
+    const uint64 Size = TransferSizeBytes(ArgCount, Args);
+    if (Size == 0)
+    {
+        return 2;
+    }
+    FBenchFolder Folder("maptorn-upload-bench");
+    const std::string ZipPath = Paths::Combine(Folder.Path(), "Files", FileName);
+    if (Folder.Path().empty() || !FileSystem::CreateDirectoryTree(Paths::GetPath(ZipPath)) ||
+        !WriteStoredZip(ZipPath, "UGCBench/Content/Payload.bin", Size))
+    {
+        return Fail("cannot write " + ZipPath);
+    }
+    const uint64 ZipSize = static_cast<uint64>(FileSystem::FileSize(ZipPath));
+    FSandboxProcess Sandbox;
+    std::string Error, ModId;
+    if (!Sandbox.Start(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), Error) ||
+        !Sandbox.LogInModder(Error) || !Sandbox.FindOwnMod(ModId, Error))
+    {
+        return Fail(Error);
+    }
+    std::printf("upload: %.1f MiB archive to %s\n", static_cast<double>(ZipSize) / (1 << 20), Sandbox.ModFilesUrl(ModId).c_str());
+
+    FTimings Timings;
+    if (!Compare(Folder, Sandbox, ModId, Timings))
+    {
+        return 1;
+    }
+    // curl runs as a child, so the peak is this process's own: the uploader's.
+    const double PeakRss = PeakRssMiB();
+    const double Total = Median(Timings.OursTotal);
+    const double Sending = Median(Timings.OursSending);
+    const double Curl = Median(Timings.Curl);
+    const double Ratio = Curl / Total;
+    std::printf("upload: maptorn %.2f s (%.0f MB/s) of which sending %.2f s (%.0f MB/s), curl -F %.2f s (%.0f MB/s), ratio %.2f "
+                "(sending alone %.2f; target %.2f), peak RSS %.1f MiB (limit %.0f): %s\n",
+                Total, MegabytesPerSecond(ZipSize, Total), Sending, MegabytesPerSecond(ZipSize, Sending), Curl,
+                MegabytesPerSecond(ZipSize, Curl), Ratio, Curl / Sending, TargetRatio, PeakRss, RssLimitMiB,
+                Ratio >= TargetRatio && PeakRss < RssLimitMiB ? "targets met" : "TARGET MISSED");
+    return 0;
+}
