@@ -1,0 +1,157 @@
+// The source-plug-in browser's handlers: paging, sort and search over the client's catalogue
+// query, the rows of the last page, and adding a plug-in to the project.
+#include "Workshop/WorkshopController.h"
+
+#include "Common/StringUtil.h"
+#include "Modio/ModioInterface.h"
+#include "Module/MaptornModule.h"
+#include "WorkshopSupport.h"
+
+#include <algorithm>
+
+namespace Maptorn
+{
+namespace
+{
+std::string OverwriteQuestion(const std::string& PluginName)
+{
+    return Printf("You are downloading %s this may be a plugin you're currently working on. This will OVERWRITE the files in your "
+                  "Plugin %s with the ones from mod.io. Please create a backup first if you do not have one. \r\n \r\n Proceed with download?",
+        PluginName.c_str(), PluginName.c_str());
+}
+}
+
+void FWorkshopController::RunSourceQuery(FModioInterface& Client)
+{
+    // The client runs one query at a time; a change made meanwhile is sent once that one answers,
+    // so the rows always end up matching the last search and sort.
+    if (Client.bSourceQueryBusy)
+    {
+        bQueryAgain = true;
+    }
+    else
+    {
+        bQueryAgain = false;
+        Client.QuerySourceMods();
+    }
+    Notify(ViewEvents.ScrollSourceModsToStart);
+}
+
+bool FWorkshopController::OnNextModPageClicked()
+{
+    FModioInterface* Client = WorkshopSupport::FindClient();
+    if (Client && IsNextPageEnabled())
+    {
+        Client->SourceQuery.PageOffset = Client->LastSourceModList.CurrentPage * SourceModPageSize;
+        RunSourceQuery(*Client);
+    }
+    return true;
+}
+
+bool FWorkshopController::OnPreviousModPageClicked()
+{
+    FModioInterface* Client = WorkshopSupport::FindClient();
+    if (Client && IsPreviousPageEnabled())
+    {
+        Client->SourceQuery.PageOffset = std::max(0, (Client->LastSourceModList.CurrentPage - 2) * SourceModPageSize);
+        RunSourceQuery(*Client);
+    }
+    return true;
+}
+
+bool FWorkshopController::OnRefreshModPageClicked()
+{
+    if (FModioInterface* Client = WorkshopSupport::FindClient())
+    {
+        RunSourceQuery(*Client);
+    }
+    return true;
+}
+
+void FWorkshopController::UpdatedFilters(std::optional<ESourceModQueryType> CurrentItem)
+{
+    FModioInterface* Client = WorkshopSupport::FindClient();
+    if (Client && CurrentItem)
+    {
+        Client->SourceQuery.SortType = *CurrentItem;
+        Client->SourceQuery.PageOffset = 0;
+        RunSourceQuery(*Client);
+    }
+}
+
+void FWorkshopController::OnSourceModSearchChanged(const std::string& Text)
+{
+    FModioInterface* Client = WorkshopSupport::FindClient();
+    // mod.io matches names ignoring case, so another case would fetch the same page again.
+    if (Client && !EqualsIgnoreCase(Text, Client->SourceQuery.SearchText))
+    {
+        Client->SourceQuery.SearchText = Text;
+        Client->SourceQuery.PageOffset = 0;
+        RunSourceQuery(*Client);
+    }
+}
+
+void FWorkshopController::OnDownloadSourceModClicked(const FSourceModInfo& Mod)
+{
+    FMaptornModule* Module = WorkshopSupport::FindModule();
+    FModioInterface* Client = Module ? Module->ModioClient.get() : nullptr;
+    if (!Client)
+    {
+        return;
+    }
+    const std::string ModId = WorkshopSupport::ModIdOf(Mod.PluginName);
+    const std::vector<std::string> LocalIds = Client->LocalUGCModIds();
+    const bool bInProject = std::any_of(LocalIds.begin(), LocalIds.end(), [&](const std::string& Id) { return EqualsIgnoreCase(Id, ModId); });
+    if (bInProject &&
+        Module->GetPlatform().Dialogs.MessageBox(EAppMsgType::YesNo, OverwriteQuestion(Mod.PluginName), "Kelvor Workshop Source Download") !=
+            EAppReturnType::Yes)
+    {
+        return;
+    }
+    Client->QueueDownload(Mod);
+    // The row now reads "Downloading" or "Download Pending" and cannot be added twice. The rows
+    // are updated in place: the clicked one is still running this handler.
+    for (FWorkshopSourcePluginEntry& Row : SourceModRows)
+    {
+        if (const FSourceModInfo* Record = Client->FindCatalogueRecord(WorkshopSupport::ModIdOf(Row.GetModInfo().PluginName)))
+        {
+            Row.UpdateModInfo(*Record);
+        }
+    }
+}
+
+void FWorkshopController::OnSourceModListUpdated(bool bSucceeded, const FSourceModList& List)
+{
+    // A failed query keeps the rows shown.
+    if (bSucceeded)
+    {
+        RebuildSourceModRows(List);
+    }
+    FModioInterface* Client = WorkshopSupport::FindClient();
+    if (bQueryAgain && Client && !Client->bSourceQueryBusy)
+    {
+        bQueryAgain = false;
+        Client->QuerySourceMods();
+    }
+}
+
+void FWorkshopController::OnSourceModImageCreated(const FSourceModInfo& /*Mod*/)
+{
+    // Rebuilt from the client's page, which already holds the new thumbnail path.
+    if (FModioInterface* Client = WorkshopSupport::FindClient())
+    {
+        RebuildSourceModRows(Client->LastSourceModList);
+    }
+}
+
+void FWorkshopController::RebuildSourceModRows(const FSourceModList& List)
+{
+    SourceModRows.clear();
+    for (const FSourceModInfo& Mod : List.Mods)
+    {
+        WorkshopSupport::LogWindow(ELogVerbosity::Log, Mod.Name);
+        SourceModRows.emplace_back(Mod, AliveToken, [this](const FSourceModInfo& Chosen) { OnDownloadSourceModClicked(Chosen); });
+    }
+    Notify(ViewEvents.SourceModRowsRebuilt);
+}
+}

@@ -1,0 +1,122 @@
+// The texts and progress values the window shows: stage folder, share-source note, upload and
+// download progress, and the browser's page line.
+#include "Workshop/WorkshopController.h"
+
+#include "Common/ByteFormat.h"
+#include "Common/StringUtil.h"
+#include "Modio/ModioInterface.h"
+#include "WorkshopSupport.h"
+
+namespace Maptorn
+{
+std::string FWorkshopController::GetStageDirText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    if (Client && !Client->StageDir.empty())
+    {
+        return "Stage Dir: " + Client->StageDir;
+    }
+    return "Select your Steam Kelvor install directory to stage a map";
+}
+
+std::string FWorkshopController::GetSourceBuildText() const
+{
+    if (bShareChecked)
+    {
+        if (const std::shared_ptr<FKelvorDefinition> Definition = ShareDefinition.lock())
+        {
+            bShareAllowed = Definition->IsContentMod();
+        }
+    }
+    if (bShareAllowed)
+    {
+        return "You must have the rights to share the assets inside your plugin folder. This will upload your plugin for other modders to use on mod.io";
+    }
+    return "Cannot distribute Maps or GameModes, this feature is for Content Mods.";
+}
+
+std::optional<float> FWorkshopController::GetBuildProgress() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && Client->bIsUploading ? Client->UploadProgress : 0.0f;
+}
+
+std::string FWorkshopController::GetBuildProgressText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    if (!Client)
+    {
+        return {};
+    }
+    if (!Client->bIsUploading)
+    {
+        return "Packaging...";
+    }
+    const int32 Step = Client->StepOffset - Client->StepsQueued + Client->StepsTotal + 1;
+    return Printf("%s %d/%d - %d%%", Client->bCompressing ? "Compressing" : "Uploading", Step, Client->StepsTotal,
+        WorkshopSupport::WholePercent(Client->UploadProgress));
+}
+
+EVisibility FWorkshopController::GetModDownloadVisibility() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && Client->ActiveDownload ? EVisibility::Visible : EVisibility::Hidden;
+}
+
+std::optional<float> FWorkshopController::GetDownloadProgress() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && Client->ActiveDownload ? Client->ActiveDownload->GetProgress() : 0.0f;
+}
+
+std::string FWorkshopController::GetDownloadProgressText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    if (!Client)
+    {
+        return {};
+    }
+    const std::shared_ptr<FPluginModDownload>& Download = Client->ActiveDownload;
+    if (!Download)
+    {
+        return "Finishing up...";
+    }
+    int64 Received = 0;
+    int64 Total = 0;
+    Download->GetProgressBytes(Received, Total);
+    const std::string Size = Printf("%s/%s", FormatFileSize(Received).c_str(), FormatFileSize(Total).c_str());
+    // The running download counts itself among the remaining ones.
+    const int32 Remaining = static_cast<int32>(Client->DownloadQueue.size()) + 1;
+    return Printf("Downloading %s - %s %d%% - %d Mods Remaining", Download->ModName.empty() ? "None" : Download->ModName.c_str(),
+        Size.c_str(), WorkshopSupport::WholePercent(Download->GetProgress()), Remaining);
+}
+
+std::string FWorkshopController::GetPageStatus() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    if (!Client)
+    {
+        return Printf("%d Results - Page %d/%d", 0, 1, 1);
+    }
+    const FSourceModList& List = Client->LastSourceModList;
+    return Printf("%d Results - Page %d/%d", List.TotalResults, List.CurrentPage, List.TotalPages);
+}
+
+bool FWorkshopController::CanGatherSourceMods() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && !Client->bSourceQueryBusy;
+}
+
+bool FWorkshopController::IsNextPageEnabled() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return CanGatherSourceMods() && Client->LastSourceModList.CurrentPage < Client->LastSourceModList.TotalPages;
+}
+
+bool FWorkshopController::IsPreviousPageEnabled() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return CanGatherSourceMods() && Client->LastSourceModList.CurrentPage > 1;
+}
+}

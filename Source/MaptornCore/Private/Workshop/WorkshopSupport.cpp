@@ -1,0 +1,70 @@
+#include "WorkshopSupport.h"
+
+#include "Common/StringUtil.h"
+#include "Modio/ModioInterface.h"
+#include "Module/MaptornModule.h"
+
+#include <cmath>
+
+namespace Maptorn::WorkshopSupport
+{
+FMaptornModule* FindModule()
+{
+    return FMaptornModule::IsAvailable() ? &FMaptornModule::Get() : nullptr;
+}
+
+FModioInterface* FindClient()
+{
+    FMaptornModule* Module = FindModule();
+    return Module ? Module->ModioClient.get() : nullptr;
+}
+
+const FSourceModInfo* FindOwnMod(const FModioInterface& Client, const std::string& ModId)
+{
+    if (ModId.empty())
+    {
+        return nullptr;
+    }
+    const std::string PluginName = "UGC" + ModId;
+    for (const FSourceModInfo& Mod : Client.OwnMods)
+    {
+        if (EqualsIgnoreCase(Mod.PluginName, PluginName))
+        {
+            return &Mod;
+        }
+    }
+    return nullptr;
+}
+
+std::string ModIdOf(const std::string& PluginName)
+{
+    return StartsWithIgnoreCase(PluginName, "UGC") ? PluginName.substr(3) : PluginName;
+}
+
+std::string TruncateCharacters(const std::string& Utf8Text, std::size_t MaxCharacters)
+{
+    std::size_t Characters = 0;
+    for (std::size_t Index = 0; Index < Utf8Text.size(); ++Index)
+    {
+        // A lead byte (not 10xxxxxx) starts the next character.
+        if ((static_cast<unsigned char>(Utf8Text[Index]) & 0xC0) != 0x80 && Characters++ == MaxCharacters)
+        {
+            return Utf8Text.substr(0, Index);
+        }
+    }
+    return Utf8Text;
+}
+
+int32 WholePercent(float Fraction)
+{
+    return static_cast<int32>(std::floor(static_cast<double>(Fraction) * 100.0 + 1e-4));
+}
+
+void LogWindow(ELogVerbosity Verbosity, const std::string& Message)
+{
+    if (FMaptornModule* Module = FindModule())
+    {
+        Module->GetPlatform().Log.Log(LogCategory::MaptornLog, Verbosity, Message);
+    }
+}
+}

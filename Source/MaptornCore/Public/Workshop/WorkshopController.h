@@ -1,0 +1,188 @@
+#pragma once
+
+#include "Common/CoreTypes.h"
+#include "Common/MulticastDelegate.h"
+#include "Content/KelvorDefinition.h"
+#include "Content/ModType.h"
+#include "Modio/SourceModInfo.h"
+#include "Workshop/WorkshopRows.h"
+#include "Workshop/WorkshopTypes.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Maptorn
+{
+class FModioInterface;
+
+// What the toolkit redraws when the controller changes something it cannot bind to a getter.
+// Each is optional.
+struct FWorkshopViewEvents
+{
+    std::function<void()> ScrollSourceModsToStart;
+    std::function<void()> SourceModRowsRebuilt;
+    std::function<void()> UploadRowsRebuilt;
+    std::function<void()> ModTypeChanged;        // the create page's segmented control
+    std::function<void()> LoginBoxesCleared;     // the e-mail and auth-code boxes
+};
+
+// The workshop window without its widgets: every getter the pages bind to and every handler their
+// controls call. It owns almost nothing: each call finds the module, and through it the mod.io
+// client, which may be absent; every getter has an answer for that case. Button handlers answer
+// handled (true); value-change handlers return nothing. UI thread only.
+class FWorkshopController
+{
+public:
+    static constexpr int32 SourceModPageSize = 20;
+    static constexpr std::size_t MaxSummaryCharacters = 250;
+
+    // Binds the client's list observers when a client exists now.
+    FWorkshopController();
+    ~FWorkshopController();
+    FWorkshopController(const FWorkshopController&) = delete;
+    FWorkshopController& operator=(const FWorkshopController&) = delete;
+
+    FWorkshopViewEvents ViewEvents;
+
+    // Window status.
+    EVisibility GetBusyVisibility() const;
+    EVisibility GetStandbyVisibility() const;
+    std::string GetConfigState() const;
+    int32 GetTabIndex() const;
+    int32 GetMapSwitcherIndex() const { return 1; }
+    std::string GetMapTabLabel() const { return {}; }
+
+    // Account page.
+    EVisibility IsModioBusy() const;
+    EVisibility IsLoggingIn() const;
+    EVisibility ShowLoginButton() const;
+    bool IsAuthenticated() const;
+    int32 GetLoginIndex() const;
+    const std::string& GetEmailBoxText() const { return EmailBoxText; }
+    const std::string& GetAuthCodeBoxText() const { return AuthCodeBoxText; }
+
+    bool AgreedToTerms();
+    void OnEmailTextChanged(const std::string& Text);
+    void OnAuthCodeChanged(const std::string& Text);
+    bool SendAuthButtonClicked();
+    bool ResendAuthCode();
+    bool LoginButtonClicked();
+    bool LogoutButtonClicked();
+
+    // Create-mod page.
+    std::string GetCreateModErrorText() const;
+    EVisibility GetCreateModSpinnerVisibility() const;
+    EVisibility GetCreateModVisibility() const;
+    EModType GetModType() const;
+
+    void OnModNameTextChanged(const std::string& Text);
+    void OnModSummaryTextChanged(const std::string& Text);
+    void OnCreateModTypeChanged(EModType Type);
+    bool SelectLogoImage();
+    bool CreateModButtonClicked();
+    // Bound no-ops of the window's older controls.
+    bool CreateNewClicked() { return true; }
+    bool SyncTitleClicked() { return true; }
+    bool SubmitButtonClicked() { return true; }
+    bool WorkshopItemLinkClicked() { return true; }
+
+    // Upload and stage page.
+    std::string GetModId() const;
+    std::string GetStageDirText() const;
+    std::string GetSourceBuildText() const;
+    bool CanBuildSource() const;
+    EVisibility GetUploadModVisibility() const;
+    EVisibility GetStageModVisibility() const;
+    EVisibility GetModUploadProgressVisibility() const;
+    std::optional<float> GetBuildProgress() const;
+    std::string GetBuildProgressText() const;
+    ECheckBoxState IsWindowsBuild() const;
+    ECheckBoxState IsAndroidBuild() const;
+    ECheckBoxState IsSharingSource() const;
+    const std::string& GetUploadSelectionText() const { return UploadSelectionText; }
+    const std::vector<FWorkshopUploadEntry>& GetUploadRows() const { return UploadRows; }
+    // The combo's mod-id items, rebuilt from OwnMods when their number changed.
+    const std::vector<std::string>& GetModIds();
+
+    void OnModioNotesTextChanged(const std::string& Text);
+    void OnModioVersionTextChanged(const std::string& Text);
+    void OnModioBuildWindowsStateChanged(ECheckBoxState State);
+    void OnModioBuildAndroidStateChanged(ECheckBoxState State);
+    void OnModioBuildSourceStateChanged(ECheckBoxState State);
+    // The buttons around the check boxes toggle them.
+    bool OnModioBuildWindowsStateChanged();
+    bool OnModioBuildAndroidStateChanged();
+    bool OnModioBuildSourceStateChanged();
+    void OnSelectUploadModClicked(const std::string& ModId);
+    void OnUploadSelectionChanged(const std::string& Item);
+    bool SelectStageDir();
+    bool UploadModButtonClicked();
+    bool StageModButtonClicked();
+    void RefreshUploadModList();
+
+    // Steam Workshop deploy (the project's own map).
+    void OnMapNameTextChanged(const std::string& Text);
+    void OnNotesTextChanged(const std::string& Text);
+    void OnWindowsBuildPlatformsChanged(ECheckBoxState State);
+    void OnAndroidBuildPlatformsChanged(ECheckBoxState State);
+    bool StageButtonClicked();
+    bool SubmitVeskoClicked();
+
+    // Source-plug-in browser.
+    std::string GetPageStatus() const;
+    bool IsNextPageEnabled() const;
+    bool IsPreviousPageEnabled() const;
+    bool CanGatherSourceMods() const;
+    EVisibility GetModDownloadVisibility() const;
+    std::optional<float> GetDownloadProgress() const;
+    std::string GetDownloadProgressText() const;
+    const std::vector<FWorkshopSourcePluginEntry>& GetSourceModRows() const { return SourceModRows; }
+
+    bool OnNextModPageClicked();
+    bool OnPreviousModPageClicked();
+    bool OnRefreshModPageClicked();
+    // The sort combo changed; nothing happens while the combo has no current item.
+    void UpdatedFilters(std::optional<ESourceModQueryType> CurrentItem);
+    void OnSourceModSearchChanged(const std::string& Text);
+    void OnDownloadSourceModClicked(const FSourceModInfo& Mod);
+    void OnSourceModListUpdated(bool bSucceeded, const FSourceModList& List);
+    void OnSourceModImageCreated(const FSourceModInfo& Mod);
+
+private:
+    void BindClientObservers();
+    void UnbindClientObservers();
+    void RunSourceQuery(FModioInterface& Client);
+    void RebuildSourceModRows(const FSourceModList& List);
+    void RememberShareChoice(const std::string& ModId, const FSourceModInfo* OwnMod);
+    static void Notify(const std::function<void()>& Event);
+
+    // Rows and bindings hold this weakly, so nothing calls into a closed window.
+    std::shared_ptr<int> AliveToken = std::make_shared<int>(0);
+
+    std::string EmailBoxText;
+    std::string AuthCodeBoxText;
+    std::string UploadSelectionText;
+    EModType ModType = EModType::Map;
+    bool bModTypeChosen = false;
+
+    // Whether the chosen mod may share its source, refreshed from its definition while that lives.
+    bool bShareChecked = false;
+    mutable bool bShareAllowed = false;
+    std::weak_ptr<FKelvorDefinition> ShareDefinition;
+
+    std::vector<FWorkshopUploadEntry> UploadRows;
+    std::vector<FWorkshopSourcePluginEntry> SourceModRows;
+    std::vector<std::string> ModIdItems;
+
+    // A search or sort change made while a query ran; it is sent when that query answers.
+    bool bQueryAgain = false;
+
+    FModioInterface* BoundClient = nullptr;
+    TMulticastDelegate<bool, const FSourceModList&>::FHandle ListUpdatedHandle = 0;
+    TMulticastDelegate<const FSourceModInfo&>::FHandle ImageCreatedHandle = 0;
+    TMulticastDelegate<>::FHandle UploadListHandle = 0;
+};
+}

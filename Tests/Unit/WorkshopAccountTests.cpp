@@ -1,0 +1,151 @@
+#include "Module/MaptornModule.h"
+#include "Support/FakePlatform.h"
+#include "Workshop/WorkshopController.h"
+
+#include <gtest/gtest.h>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+
+namespace
+{
+class WorkshopAccount : public ::testing::Test
+{
+protected:
+    WorkshopAccount()
+        : Module(Fakes.Platform, FMaptornConfig{})
+    {
+        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
+        Client = Module.ModioClient.get();
+    }
+
+    FFakePlatform Fakes;
+    FMaptornModule Module;
+    FModioInterface* Client = nullptr;
+    FWorkshopController Controller;
+};
+}
+
+TEST_F(WorkshopAccount, AgreeingToTheTermsOpensTheEmailStepUnlessLoggedIn)
+{
+    EXPECT_EQ(Controller.GetLoginIndex(), 0);
+    EXPECT_TRUE(Controller.AgreedToTerms());
+    EXPECT_EQ(Client->LoginIndex, 1);
+    EXPECT_EQ(Controller.GetLoginIndex(), 1);
+
+    Client->LoginIndex = 2;
+    Client->bIsLoggedIn = true;
+    Controller.AgreedToTerms();
+    EXPECT_EQ(Client->LoginIndex, 2);
+}
+
+TEST_F(WorkshopAccount, LoggedInShowsTheLoggedInSlotWhateverTheStep)
+{
+    Client->LoginIndex = 2;
+    Client->bIsLoggedIn = true;
+    EXPECT_EQ(Controller.GetLoginIndex(), 3);
+    EXPECT_TRUE(Controller.IsAuthenticated());
+}
+
+TEST_F(WorkshopAccount, RequestNewAuthCodeGoesBackToTheEmailStepWithoutSending)
+{
+    Client->LoginIndex = 2;
+    EXPECT_TRUE(Controller.ResendAuthCode());
+    EXPECT_EQ(Client->LoginIndex, 1);
+    EXPECT_TRUE(Fakes.Session.Calls.empty());
+}
+
+TEST_F(WorkshopAccount, TypedAddressAndCodeAreStoredAtEveryKeystroke)
+{
+    Controller.OnEmailTextChanged("mod");
+    EXPECT_EQ(Client->EmailAddress, "mod");
+    Controller.OnEmailTextChanged("modder@example.com");
+    Controller.OnAuthCodeChanged("AB12C");
+    EXPECT_EQ(Client->EmailAddress, "modder@example.com");
+    EXPECT_EQ(Client->AuthCode, "AB12C");
+    EXPECT_EQ(Controller.GetEmailBoxText(), "modder@example.com");
+}
+
+TEST_F(WorkshopAccount, LoginButtonsShowForAValidAddressOrCodeOrALogin)
+{
+    Controller.OnEmailTextChanged("modder@example");
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Hidden);
+
+    Controller.OnEmailTextChanged("modder@example.com");
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Visible);
+
+    Controller.OnEmailTextChanged("");
+    Controller.OnAuthCodeChanged("1234");
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Hidden);
+    Controller.OnAuthCodeChanged("12345");
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Visible);
+
+    Controller.OnAuthCodeChanged("");
+    Client->bIsLoggedIn = true;
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Visible);
+}
+
+TEST_F(WorkshopAccount, WhileTheClientIsBusyTheButtonsHideAndTheThrobbersShow)
+{
+    Controller.OnEmailTextChanged("modder@example.com");
+    Client->bIsModioBusy = true;
+    EXPECT_EQ(Controller.ShowLoginButton(), EVisibility::Hidden);
+    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Visible);
+    EXPECT_EQ(Controller.IsModioBusy(), EVisibility::Hidden);
+
+    Client->bIsModioBusy = false;
+    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Hidden);
+    EXPECT_EQ(Controller.IsModioBusy(), EVisibility::Visible);
+}
+
+TEST_F(WorkshopAccount, LogoutEmptiesBothBoxesAndWhatTheyHeld)
+{
+    int Cleared = 0;
+    Controller.ViewEvents.LoginBoxesCleared = [&Cleared] { ++Cleared; };
+    Controller.OnEmailTextChanged("modder@example.com");
+    Controller.OnAuthCodeChanged("12345");
+    Client->bIsLoggedIn = true;
+
+    EXPECT_TRUE(Controller.LogoutButtonClicked());
+    EXPECT_EQ(Controller.GetEmailBoxText(), "");
+    EXPECT_EQ(Controller.GetAuthCodeBoxText(), "");
+    EXPECT_EQ(Client->EmailAddress, "");
+    EXPECT_EQ(Client->AuthCode, "");
+    EXPECT_EQ(Cleared, 1);
+}
+
+TEST_F(WorkshopAccount, TheWholeLoginWalksTheStepsThroughTheSession)
+{
+    Controller.AgreedToTerms();
+    Controller.OnEmailTextChanged("modder@example.com");
+    EXPECT_TRUE(Controller.SendAuthButtonClicked());
+    EXPECT_EQ(Fakes.Session.Calls.back(), "RequestEmailAuthCodeAsync:modder@example.com");
+    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Visible);
+    Fakes.Session.RunPendingHandlers();
+    EXPECT_EQ(Controller.GetLoginIndex(), 2);
+
+    Controller.OnAuthCodeChanged("12345");
+    EXPECT_TRUE(Controller.LoginButtonClicked());
+    EXPECT_EQ(Fakes.Session.Calls.back(), "AuthenticateUserEmailAsync:12345");
+    while (!Fakes.Session.Pending.empty())
+    {
+        Fakes.Session.RunPendingHandlers();
+    }
+    EXPECT_EQ(Controller.GetLoginIndex(), 3);
+    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Hidden);
+}
+
+TEST_F(WorkshopAccount, AFailedLogoutStillLeavesBothBoxesEmpty)
+{
+    Client->bIsLoggedIn = true;
+    Controller.OnEmailTextChanged("modder@example.com");
+    Controller.OnAuthCodeChanged("12345");
+    Fakes.Session.NextResult = {20994, "No user"};
+
+    Controller.LogoutButtonClicked();
+    EXPECT_EQ(Fakes.Session.Calls.back(), "ClearUserDataAsync");
+    Fakes.Session.RunPendingHandlers();
+    EXPECT_EQ(Controller.GetEmailBoxText(), "");
+    EXPECT_EQ(Controller.GetAuthCodeBoxText(), "");
+    EXPECT_EQ(Controller.GetLoginIndex(), 3);
+}

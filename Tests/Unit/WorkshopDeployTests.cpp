@@ -1,0 +1,178 @@
+#include "Module/MaptornModule.h"
+#include "Support/FakePlatform.h"
+#include "Support/TempDir.h"
+#include "Workshop/WorkshopController.h"
+
+#include <gtest/gtest.h>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+
+namespace
+{
+class WorkshopDeploy : public ::testing::Test
+{
+protected:
+    WorkshopDeploy()
+        : Module(Fakes.Platform, FMaptornConfig{})
+    {
+        Fakes.Engine.Project = Project.Dir();
+        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
+        Module.SVR = std::make_unique<FSVRInterface>(Fakes.Platform);
+        Module.SVR->Id = "arena";
+    }
+
+    std::shared_ptr<FKelvorDefinition> AddMapDefinition()
+    {
+        std::shared_ptr<FKelvorDefinition> Definition = Fakes.Definitions.Add("/Game/CustomMaps/SVR_arena/definition", EModType::Map);
+        Definition->Label = "SVR_arena";
+        Definition->Map = "/Game/CustomMaps/SVR_arena/Arena.Arena";
+        return Definition;
+    }
+
+    void ReadyToStage()
+    {
+        Module.InstallDir = "C:/Games/Kelvor";
+        Module.SteamUGC = std::make_unique<FSteamWorkshopDeploy>();
+    }
+
+    bool HasError(const std::string& Message) const { return Fakes.Log.Has(LogCategory::MaptornLog, ELogVerbosity::Error, Message); }
+
+    FTempDir Project;
+    FFakePlatform Fakes;
+    FMaptornModule Module;
+    FWorkshopController Controller;
+};
+}
+
+TEST_F(WorkshopDeploy, StageIsRefusedWhileBusyThenWithoutAnInstallThenWithoutSteam)
+{
+    Module.bBusy = true;
+    ReadyToStage();
+    EXPECT_TRUE(Controller.StageButtonClicked());
+    EXPECT_TRUE(HasError("Busy! can't stage at this time"));
+    EXPECT_TRUE(Module.bBusy);
+
+    Module.bBusy = false;
+    Module.InstallDir.clear();
+    Controller.StageButtonClicked();
+    EXPECT_TRUE(HasError("Kelvor installation not found, can't stage"));
+
+    Module.InstallDir = "C:/Games/Kelvor";
+    Module.SteamUGC.reset();
+    Controller.StageButtonClicked();
+    EXPECT_TRUE(HasError("Cannot stage Android only mods, must have a valid UGC/have steam running to stage"));
+
+    EXPECT_EQ(Fakes.Log.Lines.size(), 3u);
+    EXPECT_FALSE(Module.bBusy);
+    EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
+}
+
+TEST_F(WorkshopDeploy, StageCooksTheProjectMapForWindowsOnAWorkerAndEndsIdle)
+{
+    ReadyToStage();
+    AddMapDefinition();
+    Controller.StageButtonClicked();
+    EXPECT_TRUE(Module.bBusy);
+    ASSERT_EQ(Fakes.Tasks.BackgroundQueue.size(), 1u);
+    EXPECT_TRUE(Fakes.Processes.Calls.empty());
+
+    Fakes.Tasks.RunBackground();
+    ASSERT_EQ(Fakes.Processes.Calls.size(), 1u);
+    EXPECT_NE(Fakes.Processes.Calls[0].second.find("-targetplatform=Windows+LinuxServer"), std::string::npos);
+    EXPECT_NE(Fakes.Processes.Calls[0].second.find(" -map=/Game/CustomMaps/SVR_arena/Arena"), std::string::npos);
+    EXPECT_FALSE(Module.bBusy);
+}
+
+TEST_F(WorkshopDeploy, AFailedStageCookStillEndsIdle)
+{
+    ReadyToStage();
+    AddMapDefinition();
+    Fakes.Processes.ReturnCode = 1;
+    Controller.StageButtonClicked();
+    Fakes.Tasks.RunBackground();
+    EXPECT_FALSE(Module.bBusy);
+    EXPECT_TRUE(HasError("Cooked content is needed for staging!"));
+}
+
+TEST_F(WorkshopDeploy, AStageWithoutAMapCooksNothingAndEndsIdle)
+{
+    ReadyToStage();
+    Controller.StageButtonClicked();
+    Fakes.Tasks.RunBackground();
+    EXPECT_TRUE(Fakes.Processes.Calls.empty());
+    EXPECT_TRUE(HasError("Please specify a map in the Definition file!"));
+    EXPECT_FALSE(Module.bBusy);
+}
+
+TEST_F(WorkshopDeploy, SteamMapsCannotBeDeployedAsServerMaps)
+{
+    Module.SVR.reset();
+    Module.SteamUGC = std::make_unique<FSteamWorkshopDeploy>();
+    EXPECT_TRUE(Controller.SubmitVeskoClicked());
+    ASSERT_EQ(Fakes.Dialogs.MessageBoxes.size(), 1u);
+    EXPECT_EQ(Fakes.Dialogs.MessageBoxes[0].Text, "You can't deploy Steam UGC as server maps!");
+    EXPECT_EQ(Fakes.Dialogs.MessageBoxes[0].Caption, "Kelvor Build");
+    EXPECT_FALSE(Module.bBusy);
+}
+
+TEST_F(WorkshopDeploy, DeployNeedsADefinition)
+{
+    Controller.SubmitVeskoClicked();
+    ASSERT_EQ(Fakes.Dialogs.MessageBoxes.size(), 1u);
+    EXPECT_EQ(Fakes.Dialogs.MessageBoxes[0].Text, "You need to create a definition before you can deploy!");
+    EXPECT_EQ(Fakes.Dialogs.MessageBoxes[0].Caption, "Kelvor Build");
+    EXPECT_TRUE(HasError("You need to create a definition before you can deploy!"));
+    EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
+}
+
+TEST_F(WorkshopDeploy, DeployIsRefusedWhileBusy)
+{
+    AddMapDefinition();
+    Module.bBusy = true;
+    Controller.SubmitVeskoClicked();
+    EXPECT_TRUE(Fakes.Log.Has(LogCategory::MaptornLog, ELogVerbosity::Log, "Deploy Platform Builds"));
+    EXPECT_TRUE(HasError("Busy! can't deploy at this time"));
+    EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
+}
+
+TEST_F(WorkshopDeploy, DeployWritesTheManifestOnAWorkerAndEndsIdle)
+{
+    AddMapDefinition();
+    Controller.OnAndroidBuildPlatformsChanged(ECheckBoxState::Unchecked);
+    Controller.SubmitVeskoClicked();
+    EXPECT_TRUE(Module.bBusy);
+    ASSERT_EQ(Fakes.Tasks.BackgroundQueue.size(), 1u);
+
+    Fakes.Tasks.RunBackground();
+    EXPECT_FALSE(Module.bBusy);
+    EXPECT_TRUE(std::filesystem::exists(Project.Path() / "Saved/Cooked/Depot/SVR_arena/metadata.json"));
+}
+
+TEST_F(WorkshopDeploy, DeployPlatformChoicesWorkWithoutAClient)
+{
+    Module.ModioClient.reset();
+    Controller.OnWindowsBuildPlatformsChanged(ECheckBoxState::Checked);
+    Controller.OnAndroidBuildPlatformsChanged(ECheckBoxState::Checked);
+    EXPECT_TRUE(Module.bWindowsPlatform);
+    EXPECT_TRUE(Module.bAndroidPlatform);
+    EXPECT_TRUE(Fakes.Log.Has(LogCategory::MaptornLog, ELogVerbosity::Log, "Checked windows build"));
+
+    Controller.OnWindowsBuildPlatformsChanged(ECheckBoxState::Unchecked);
+    EXPECT_FALSE(Module.bWindowsPlatform);
+    EXPECT_TRUE(Fakes.Log.Has(LogCategory::MaptornLog, ELogVerbosity::Log, "Unchecked windows build"));
+}
+
+TEST_F(WorkshopDeploy, TheTypedMapNameIsKeptAsAFileNameWithUnderscores)
+{
+    Controller.OnMapNameTextChanged("My map v2.final?");
+    EXPECT_EQ(Module.SVR->MapName, "My_map_v2_final");
+}
+
+TEST_F(WorkshopDeploy, TheSteamChangeNoteIsKeptOnTheDeployObject)
+{
+    Controller.OnNotesTextChanged("lost note");
+    Module.SteamUGC = std::make_unique<FSteamWorkshopDeploy>();
+    Controller.OnNotesTextChanged("New bridge");
+    EXPECT_EQ(Module.SteamUGC->ChangeNote, "New bridge");
+}

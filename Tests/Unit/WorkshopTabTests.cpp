@@ -1,0 +1,83 @@
+#include "Module/MaptornModule.h"
+#include "Support/FakePlatform.h"
+#include "Workshop/WorkshopController.h"
+#include "Workshop/WorkshopTab.h"
+
+#include <gtest/gtest.h>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+
+namespace
+{
+class WorkshopTabs : public ::testing::Test
+{
+protected:
+    WorkshopTabs()
+        : Module(Fakes.Platform, FMaptornConfig{})
+    {
+        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
+        Client = Module.ModioClient.get();
+    }
+
+    int CountActiveMarkers() const
+    {
+        int Count = 0;
+        for (const FWorkshopTab& Tab : Tabs)
+        {
+            Count += Tab.GetActiveVisibility() == EVisibility::Visible ? 1 : 0;
+        }
+        return Count;
+    }
+
+    FFakePlatform Fakes;
+    FMaptornModule Module;
+    FModioInterface* Client = nullptr;
+    FWorkshopController Controller;
+    std::vector<FWorkshopTab> Tabs = MakeWorkshopTabs();
+};
+}
+
+TEST_F(WorkshopTabs, TheStripHoldsTheFourPagesInOrder)
+{
+    ASSERT_EQ(Tabs.size(), 4u);
+    const char* Labels[] = {"Account", "Create Mod", "Upload Mod", "Download Source Plugin"};
+    for (int32 Index = 0; Index < 4; ++Index)
+    {
+        EXPECT_EQ(Tabs[Index].Label, Labels[Index]);
+        EXPECT_EQ(Tabs[Index].TabIndex, Index);
+    }
+}
+
+TEST_F(WorkshopTabs, LoggedOutTheAccountPageIsForcedButTheChosenTabIsRememberedForAfterLogin)
+{
+    EXPECT_TRUE(Tabs[2].Clicked());
+    EXPECT_EQ(Module.TabIndex, 2);
+    EXPECT_EQ(Controller.GetTabIndex(), 0);
+
+    Client->bIsLoggedIn = true;
+    EXPECT_EQ(Controller.GetTabIndex(), 2);
+
+    Client->bIsLoggedIn = false;
+    EXPECT_EQ(Controller.GetTabIndex(), 0);
+    EXPECT_EQ(Module.TabIndex, 2);
+}
+
+TEST_F(WorkshopTabs, WithoutAClientTheChosenTabIsShown)
+{
+    Module.ModioClient.reset();
+    Tabs[3].Clicked();
+    EXPECT_EQ(Controller.GetTabIndex(), 3);
+}
+
+TEST_F(WorkshopTabs, ExactlyOneTabShowsItsActiveMarker)
+{
+    EXPECT_EQ(CountActiveMarkers(), 1);
+    EXPECT_EQ(Tabs[0].GetActiveVisibility(), EVisibility::Visible);
+    for (const FWorkshopTab& Clicked : Tabs)
+    {
+        Clicked.Clicked();
+        EXPECT_EQ(CountActiveMarkers(), 1);
+        EXPECT_EQ(Clicked.GetActiveVisibility(), EVisibility::Visible);
+    }
+}
