@@ -52,6 +52,13 @@ int main(int Argc, char** Argv)
     PluginCreate->add_option("modid", ModId, "The mod's id on mod.io (digits)")->required();
     PluginCreate->add_option("--type", TypeWord, "What the mod holds: map, mod or gamemode")->required();
     PluginCreate->callback([&] { ExitCode = RunPluginCreate(Context, ModId, TypeWord); });
+    CLI::App* PluginSet = Plugin->add_subcommand("set", "Point the definition of UGC<modid> at its maps or game logic, as the editor's details panel does");
+    FPluginSetRequest PluginSetRequest;
+    PluginSet->add_option("modid", PluginSetRequest.ModId, "The mod's id on mod.io (digits)")->required();
+    PluginSet->add_option("--map", PluginSetRequest.Map, "The Windows map, e.g. /UGC4711/Maps/Arena.Arena");
+    PluginSet->add_option("--quest-map", PluginSetRequest.QuestMap, "The Android/Quest map, e.g. /UGC4711/Maps/Arena_Quest.Arena_Quest");
+    PluginSet->add_option("--game-logic", PluginSetRequest.GameLogic, "Game modes: the game-logic class");
+    PluginSet->callback([&] { ExitCode = RunPluginSet(Context, PluginSetRequest); });
 
     CLI::App* Cook = App.add_subcommand("cook", "Cook content with the engine's editor (the chosen platform plus LinuxServer)");
     FCookRequest CookRequest;
@@ -96,7 +103,36 @@ int main(int Argc, char** Argv)
     Login->add_option("--code", LoginCode, "The 5-character code from the e-mail (asked on a terminal when left out)");
     Login->callback([&] { ExitCode = RunLogin(Context, LoginEmail, LoginCode); });
     App.add_subcommand("logout", "Log out of mod.io and delete the stored login")->callback([&] { ExitCode = RunLogout(Context); });
-    App.add_subcommand("whoami", "Tell whether the stored mod.io login is still valid")->callback([&] { ExitCode = RunWhoAmI(Context); });
+    CLI::App* WhoAmI = App.add_subcommand("whoami", "Tell whether the stored mod.io login is still valid");
+    bool bWhoAmIJson = false;
+    WhoAmI->add_flag("--json", bWhoAmIJson, "Print the answer as JSON");
+    WhoAmI->callback([&] { ExitCode = RunWhoAmI(Context, bWhoAmIJson); });
+
+    CLI::App* Create = App.add_subcommand("create", "Create a mod on mod.io and its plug-in UGC<id> in the project (needs a login)");
+    FCreateRequest CreateRequest;
+    Create->add_option("--name", CreateRequest.Name, "The mod's name")->required();
+    Create->add_option("--summary", CreateRequest.Summary, "One paragraph about the mod (at most 250 characters are kept)")->required();
+    Create->add_option("--logo", CreateRequest.LogoPath, "The mod's logo image (default: the workshop's Kelvor thumbnail)");
+    Create->add_option("--type", CreateRequest.TypeWord, "What the mod holds: map, mod or gamemode")->capture_default_str();
+    Create->add_flag("--json", CreateRequest.bJson, "Print the result as JSON");
+    Create->callback([&] { ExitCode = RunCreate(Context, CreateRequest); });
+
+    CLI::App* Upload = App.add_subcommand("upload", "Package UGC<modid> and upload one file per platform to mod.io (needs a login)");
+    FUploadRequest UploadRequest;
+    Upload->add_option("modid", UploadRequest.ModId, "Your mod's id on mod.io (digits)")->required();
+    Upload->add_flag("--windows", UploadRequest.bWindows, "The Windows client and the Kelvor Linux server");
+    Upload->add_flag("--android", UploadRequest.bAndroid, "Quest/Android and the Vesko Linux server");
+    Upload->add_flag("--share-source", UploadRequest.bShareSource, "Also share the plug-in's source with other modders (content mods only)");
+    Upload->add_option("--changelog", UploadRequest.Changelog, "What changed in this version");
+    Upload->add_flag("--json", UploadRequest.bJson, "Print the result as JSON");
+    Upload->callback([&] { ExitCode = RunUpload(Context, UploadRequest); });
+
+    CLI::App* Stage = App.add_subcommand("stage", "Package UGC<modid> for Windows and stage it into a local Kelvor install to try it");
+    FUploadRequest StageRequest;
+    Stage->add_option("modid", StageRequest.ModId, "Your mod's id on mod.io (digits)")->required();
+    Stage->add_option("--stage-dir", StageRequest.StageDir, "The Kelvor install folder to stage into")->required();
+    Stage->add_flag("--json", StageRequest.bJson, "Print the result as JSON");
+    Stage->callback([&] { ExitCode = RunUpload(Context, StageRequest); });
 
     CLI::App* Install = App.add_subcommand("install", "Download a shared source plug-in from mod.io into the project's plug-ins");
     std::string InstallModId;

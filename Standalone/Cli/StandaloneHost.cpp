@@ -81,15 +81,24 @@ bool FStandaloneHost::RequireModioSettings(std::string& OutError) const
     return true;
 }
 
-bool FStandaloneHost::StartModioSession(std::string& OutError)
+bool FStandaloneHost::CreateModioSession(std::string& OutError)
 {
     if (!RequireModioSettings(OutError))
     {
         return false;
     }
-    const FMaptornConfig Config = MakeModuleConfig(Settings);
-    Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(Config.ModioGameId));
+    Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(MakeModuleConfig(Settings).ModioGameId));
     Platform.ModioSession = Session.get();
+    return true;
+}
+
+bool FStandaloneHost::StartModioSession(std::string& OutError)
+{
+    if (!CreateModioSession(OutError))
+    {
+        return false;
+    }
+    const FMaptornConfig Config = MakeModuleConfig(Settings);
     FModioInitializeOptions Options;
     Options.GameId = Config.ModioGameId;
     Options.ApiKey = Config.ModioApiKey;

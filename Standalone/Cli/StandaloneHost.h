@@ -46,6 +46,9 @@ public:
 
     // False with a message when the mod.io game id or API key is missing.
     bool RequireModioSettings(std::string& OutError) const;
+    // Creates the mod.io session for the module to initialise. False with a message when mod.io
+    // is not configured.
+    bool CreateModioSession(std::string& OutError);
     // Starts the mod.io session with the stored login, if any. False with a message when mod.io
     // is not configured or the session cannot start.
     bool StartModioSession(std::string& OutError);

@@ -15,11 +15,18 @@ FConsoleDialogs::FConsoleDialogs(std::ostream& InOut, std::istream& InIn, bool b
 {
 }
 
+std::string FConsoleDialogs::GetLastMessageBoxText()
+{
+    std::lock_guard Lock(Mutex);
+    return LastMessageBoxText;
+}
+
 EAppReturnType FConsoleDialogs::MessageBox(EAppMsgType Type, const std::string& Text, const std::string& Caption)
 {
     // Workers show message boxes too: one at a time, as modal boxes are.
     std::lock_guard Lock(Mutex);
     ++MessageBoxCount;
+    LastMessageBoxText = Text;
     Out << "[" << Caption << "] " << Text << std::endl;
     if (Type == EAppMsgType::Ok)
     {

@@ -4,6 +4,7 @@
 
 #include <iosfwd>
 #include <mutex>
+#include <string>
 
 namespace Maptorn
 {
@@ -22,6 +23,7 @@ public:
 
     void SetAssumeYes(bool bInAssumeYes) { bAssumeYes = bInAssumeYes; }
     int GetMessageBoxCount() const { return MessageBoxCount; }
+    std::string GetLastMessageBoxText();
 
 private:
     std::optional<std::string> AskLine(const std::string& Prompt);
@@ -32,5 +34,6 @@ private:
     bool bInteractive = false;
     bool bAssumeYes = false;
     int MessageBoxCount = 0;
+    std::string LastMessageBoxText;
 };
 }

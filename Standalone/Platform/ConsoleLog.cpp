@@ -25,6 +25,11 @@ void FConsoleLog::Log(const char* Category, ELogVerbosity Verbosity, const std::
 {
     const std::string Line = FormatLine(Category, Verbosity, Message);
     std::lock_guard Lock(Mutex);
+    Recent.push_back(Message);
+    if (Recent.size() > RecentLimit)
+    {
+        Recent.pop_front();
+    }
     if (File.is_open())
     {
         File << Line << '\n';
@@ -34,5 +39,18 @@ void FConsoleLog::Log(const char* Category, ELogVerbosity Verbosity, const std::
     {
         std::cerr << Line << '\n';
     }
+}
+
+std::optional<std::string> FConsoleLog::FindRecent(const std::string& Prefix)
+{
+    std::lock_guard Lock(Mutex);
+    for (auto Message = Recent.rbegin(); Message != Recent.rend(); ++Message)
+    {
+        if (Message->rfind(Prefix, 0) == 0)
+        {
+            return Message->substr(Prefix.size());
+        }
+    }
+    return std::nullopt;
 }
 }

@@ -101,3 +101,46 @@ int RunPluginCreate(const FCommandContext& Context, const std::string& ModId, co
     return ExitSuccess;
 }
 }
+
+namespace Maptorn::Cli
+{
+int RunPluginSet(const FCommandContext& Context, const FPluginSetRequest& Request)
+{
+    if (!IsPlainId(Request.ModId, true))
+    {
+        return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + Request.ModId + "\").");
+    }
+    if (!Request.Map && !Request.QuestMap && !Request.GameLogic)
+    {
+        return Fail(Context, ExitBadInput, "Say what to set: --map, --quest-map and/or --game-logic.");
+    }
+    for (const std::optional<std::string>* Path : {&Request.Map, &Request.QuestMap})
+    {
+        if (*Path && !Path->value().empty() && (Path->value().front() != '/' || Path->value().find('.') == std::string::npos))
+        {
+            return Fail(Context, ExitBadInput, "\"" + Path->value() + "\" is not an object path; write it like /UGC" + Request.ModId + "/Maps/Arena.Arena.");
+        }
+    }
+    std::string Error;
+    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
+    if (!Host)
+    {
+        return Fail(Context, ExitNoEnvironment, Error);
+    }
+    std::shared_ptr<FKelvorDefinition> Definition = LoadAnyModDefinition(Host->Platform, Request.ModId);
+    if (!Definition)
+    {
+        return Fail(Context, ExitFailed, "The plug-in " + MakeUGCPluginName(Request.ModId) + " has no definition; create it with `maptorn plugin create`.");
+    }
+    Definition->Map = Request.Map.value_or(Definition->Map);
+    Definition->VeskoMap = Request.QuestMap.value_or(Definition->VeskoMap);
+    Definition->GameLogicClass = Request.GameLogic.value_or(Definition->GameLogicClass);
+    if (!Host->Definitions.SavePackage(*Definition))
+    {
+        return Fail(Context, ExitFailed, "The definition could not be saved; check that the plug-in's Content folder is writable.");
+    }
+    Context.Out << "Definition of " << MakeUGCPluginName(Request.ModId) << " (" << DefinitionClassName(Definition->Class) << "):\n"
+                << "  map:        " << Definition->Map << "\n  quest map:  " << Definition->VeskoMap << "\n  game logic: " << Definition->GameLogicClass << "\n";
+    return ExitSuccess;
+}
+}

@@ -1,12 +1,17 @@
 #include "Cli/Commands/Commands.h"
 
 #include "Common/FileHelper.h"
+#include "Common/Paths.h"
 #include "ModioService/ModioSandbox.h"
+
+#include <httplib.h>
+#include <nlohmann/json.hpp>
 
 #include <cstdlib>
 #include <filesystem>
 #include <ostream>
 #include <random>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -20,7 +25,15 @@ constexpr const char* DemoEmail = "modder@example.com";
 struct FDemoStep
 {
     std::string Title;
+    std::string Why;   // one line for a newcomer: what the step shows
     std::function<int(const FCommandContext&)> Run;
+};
+
+// What the steps learn from each other.
+struct FDemoState
+{
+    std::string ModId;       // the map mod the demo creates
+    std::string GameInstall; // the local game folder it stages into
 };
 
 std::string MakeDemoFolder()
@@ -38,31 +51,77 @@ void PrintTree(std::ostream& Out, const std::string& Root)
     }
 }
 
-std::vector<FDemoStep> MakeSteps(const Sample::FSampleLayout& Layout, const Sandbox::FModioSandbox& Service)
+// Creates the mod, reading its id from the command's JSON answer, which is echoed as it is.
+int CreateDemoMod(const FCommandContext& Context, FDemoState& State)
 {
-    const std::string GameInstall = Layout.Root + "/GameInstall";
+    std::ostringstream Answer;
+    const FCommandContext Quiet{Context.Options, Answer, Context.Err, Context.In, false};
+    const int ExitCode = RunCreate(Quiet, {"Demo Harbour", "A harbour to race boats in, made by the maptorn demo.", "", "map", true});
+    Context.Out << Answer.str();
+    const nlohmann::json Result = nlohmann::json::parse(Answer.str(), nullptr, false);
+    if (ExitCode == ExitSuccess && Result.is_object() && Result.contains("mod_id"))
+    {
+        State.ModId = Result["mod_id"].get<std::string>();
+    }
+    return State.ModId.empty() ? ExitFailed : ExitCode;
+}
+
+std::vector<FDemoStep> MakeSteps(FDemoState& State, const Sandbox::FModioSandbox& Service)
+{
+    const auto Map = [&State] { return "/UGC" + State.ModId + "/Maps/Harbour.Harbour"; };
+    const auto QuestMap = [&State] { return "/UGC" + State.ModId + "/Maps/Harbour_Quest.Harbour_Quest"; };
     return {
-        {"maptorn env", [](const FCommandContext& C) { return RunEnv(C); }},
-        {"maptorn map create Arena --name \"Demo Arena\"", [](const FCommandContext& C) { return RunMapCreate(C, "Arena", "Demo Arena"); }},
-        {"maptorn plugin create 1001 --type map", [](const FCommandContext& C) { return RunPluginCreate(C, "1001", "map"); }},
-        {"maptorn plugin create 1002 --type mod", [](const FCommandContext& C) { return RunPluginCreate(C, "1002", "mod"); }},
-        {"maptorn cook 1001 --cookdir /UGC1001/", [](const FCommandContext& C) { return RunCook(C, {"1001", "", "/UGC1001/", false}); }},
-        {"maptorn pak 1001 --platform Windows", [](const FCommandContext& C) { return RunPak(C, "1001", "Windows", ""); }},
-        {"maptorn package 1001 --windows --android", [](const FCommandContext& C) { return RunPackage(C, {"1001", true, true, ""}); }},
-        {"maptorn package 1001 --windows --stage-dir <sample>/GameInstall",
-            [GameInstall](const FCommandContext& C) {
-                FileSystem::CreateDirectoryTree(GameInstall);
-                return RunPackage(C, {"1001", true, false, GameInstall});
+        {"maptorn env", "Where the workshop finds the project, the engine, the game and mod.io.",
+            [](const FCommandContext& C) { return RunEnv(C); }},
+        {"maptorn login --email modder@example.com", "mod.io mails a 5-character security code (the sandbox keeps it for the demo).",
+            [](const FCommandContext& C) { return RunLogin(C, DemoEmail, ""); }},
+        {"maptorn login --code <the code from the e-mail>", "The code is exchanged for a login, stored owner-only in your config folder.",
+            [&Service](const FCommandContext& C) { return RunLogin(C, "", Service.LastCodeFor(DemoEmail)); }},
+        {"maptorn whoami", "The stored login is checked again, as the editor does at start-up.",
+            [](const FCommandContext& C) { return RunWhoAmI(C, false); }},
+        {"maptorn create --name \"Demo Harbour\" --type map --json", "A new mod on mod.io, and its content plug-in UGC<id> in the project.",
+            [&State](const FCommandContext& C) { return CreateDemoMod(C, State); }},
+        {"maptorn plugin set <id> --map … --quest-map …", "The definition names the maps to package (the editor's details panel does this).",
+            [&State, Map, QuestMap](const FCommandContext& C) { return RunPluginSet(C, {State.ModId, Map(), QuestMap(), std::nullopt}); }},
+        {"maptorn upload <id> --windows --android --changelog \"First release\"",
+            "Packaged per platform by the (stand-in) automation tool, then one file per platform goes to mod.io, a second apart.",
+            [&State](const FCommandContext& C) { return RunUpload(C, {State.ModId, true, true, false, "First release", "", false}); }},
+        {"maptorn stage <id> --stage-dir <sample>/GameInstall", "The Windows build staged into a local game install, to try it before publishing.",
+            [&State](const FCommandContext& C) {
+                FileSystem::CreateDirectoryTree(State.GameInstall);
+                return RunUpload(C, {State.ModId, false, false, false, "", State.GameInstall, false});
             }},
-        {"maptorn deploy", [](const FCommandContext& C) { return RunDeploy(C, false, false); }},
-        {"maptorn login --email modder@example.com", [](const FCommandContext& C) { return RunLogin(C, DemoEmail, ""); }},
-        {"maptorn login --code <the code the sandbox mailed>", [&Service](const FCommandContext& C) { return RunLogin(C, "", Service.LastCodeFor(DemoEmail)); }},
-        {"maptorn whoami", [](const FCommandContext& C) { return RunWhoAmI(C); }},
-        {"maptorn browse --sort name", [](const FCommandContext& C) { return RunBrowse(C, {"", "name", 1, false}); }},
-        {"maptorn mods", [](const FCommandContext& C) { return RunMods(C, false); }},
-        {"maptorn logout", [](const FCommandContext& C) { return RunLogout(C); }},
-        {"maptorn env (again, with the new content)", [](const FCommandContext& C) { return RunEnv(C); }},
+        {"maptorn mods", "Your mods whose plug-in is in this project: the ones you can upload from here.",
+            [](const FCommandContext& C) { return RunMods(C, false); }},
+        {"maptorn browse --sort name", "Source plug-ins other modders share on mod.io.",
+            [](const FCommandContext& C) { return RunBrowse(C, {"", "name", 1, false}); }},
+        {"maptorn install 1006", "One of them downloaded in ranges, extracted safely and installed into the project's plug-ins.",
+            [](const FCommandContext& C) { return RunInstall(C, "1006"); }},
+        {"maptorn logout", "The stored login is deleted.",
+            [](const FCommandContext& C) { return RunLogout(C); }},
     };
+}
+
+// The mod's files as mod.io lists them.
+void PrintUploadedFiles(std::ostream& Out, const Sandbox::FModioSandbox& Service, const std::string& ModId)
+{
+    httplib::Client Client("127.0.0.1", Service.GetPort());
+    const auto Listed = Client.Get("/v1/games/1/mods/" + ModId + "/files?api_key=" + std::string(DemoApiKey));
+    const nlohmann::json Files = Listed ? nlohmann::json::parse(Listed->body, nullptr, false) : nlohmann::json();
+    if (!Files.is_object() || !Files.contains("data"))
+    {
+        return;
+    }
+    for (const nlohmann::json& File : Files["data"])
+    {
+        std::string Platforms;
+        for (const nlohmann::json& Platform : File.value("platforms", nlohmann::json::array()))
+        {
+            Platforms += (Platforms.empty() ? "" : ", ") + Platform.value("platform", std::string());
+        }
+        Out << "    file " << File.value("id", 0) << ": " << File.value("filename", std::string()) << ", version "
+            << File.value("version", std::string()) << ", " << File.value("filesize", 0) << " bytes, for " << Platforms << "\n";
+    }
 }
 }
 
@@ -95,17 +154,31 @@ int RunDemo(const FCommandContext& Context, const std::string& Folder, bool bKee
     Options.ModioApiKey = DemoApiKey;
     const FCommandContext DemoContext{Options, Context.Out, Context.Err, Context.In, false};
 
-    const std::vector<FDemoStep> Steps = MakeSteps(Layout, Service);
+    FDemoState State;
+    State.GameInstall = Layout.Root + "/GameInstall";
+    const std::vector<FDemoStep> Steps = MakeSteps(State, Service);
     int Succeeded = 0;
     for (std::size_t Index = 0; Index < Steps.size(); ++Index)
     {
         Out << "\n==> Step " << Index + 1 << "/" << Steps.size() << ": " << Steps[Index].Title << "\n";
+        Out << "    (" << Steps[Index].Why << ")\n";
         const int ExitCode = Steps[Index].Run(DemoContext);
         Out << (ExitCode == ExitSuccess ? "    ok\n" : "    FAILED (exit code " + std::to_string(ExitCode) + ")\n");
         Succeeded += ExitCode == ExitSuccess ? 1 : 0;
     }
+    if (!State.ModId.empty())
+    {
+        Out << "\n==> On mod.io (the sandbox), mod " << State.ModId << " now has these files:\n";
+        PrintUploadedFiles(Out, Service, State.ModId);
+    }
     Service.Stop();
 
+    Out << "\n==> Where the files are\n";
+    Out << "    the project:            " << Layout.ProjectDir << "\n";
+    Out << "    your new mod's plug-in: " << Paths::Combine(Layout.ProjectDir, "Plugins", "UGC" + State.ModId) << "\n";
+    Out << "    the installed plug-in:  " << Paths::Combine(Layout.ProjectDir, "Plugins", "UGC1006") << "\n";
+    Out << "    packaged builds:        " << Paths::Combine(Layout.ProjectDir, "Saved", "Cooked", "Workshop") << "\n";
+    Out << "    the staged game:        " << State.GameInstall << "\n";
     Out << "\n==> Files of the sample project:\n";
     PrintTree(Out, Layout.ProjectDir);
     if (bKeep)

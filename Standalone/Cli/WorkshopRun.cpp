@@ -1,0 +1,68 @@
+#include "Cli/WorkshopRun.h"
+
+#include <chrono>
+#include <thread>
+
+namespace Maptorn::Cli
+{
+namespace
+{
+constexpr float FrameSeconds = 1.0f / 60.0f;
+}
+
+std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError)
+{
+    std::unique_ptr<FWorkshopRun> Run(new FWorkshopRun());
+    Run->Host = FStandaloneHost::Create(Context, bNeedsEngine, OutError);
+    if (!Run->Host || !Run->Host->CreateModioSession(OutError))
+    {
+        return nullptr;
+    }
+    Run->Module = InitializeModule(Run->Host->Platform, MakeModuleConfig(Run->Host->Settings));
+    Run->Module->StartupModule();
+    Run->Controller = std::make_unique<FWorkshopController>();
+    // The first frame delivers the initialisation, which starts the check of the stored login.
+    Run->TickUntil([] { return true; });
+    Run->WaitForModio();
+    // A verified login refreshes the user's own mods at once; commands read that list.
+    Run->TickUntil([&Run] { return !Run->Client().bOwnModRefreshBusy; });
+    return Run;
+}
+
+FWorkshopRun::~FWorkshopRun()
+{
+    Controller.reset();
+    if (Module)
+    {
+        Module->ShutdownModule();
+        // The session's shut-down answer is delivered like every other completion.
+        if (Host && Host->Platform.ModioSession)
+        {
+            Host->Platform.ModioSession->RunPendingHandlers();
+        }
+    }
+}
+
+void FWorkshopRun::TickUntil(const std::function<bool()>& Done, const std::function<void()>& OnFrame)
+{
+    do
+    {
+        Host->Tasks.PumpGameThread();
+        Module->Tick(FrameSeconds);
+        if (OnFrame)
+        {
+            OnFrame();
+        }
+        if (Done())
+        {
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(16));
+    } while (true);
+}
+
+void FWorkshopRun::WaitForModio()
+{
+    TickUntil([this] { return !Client().bIsModioBusy; });
+}
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Cli/StandaloneHost.h"
+#include "Modio/ModioInterface.h"
+#include "Module/MaptornModule.h"
+#include "Workshop/WorkshopController.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Maptorn::Cli
+{
+// The workshop window as a command sees it: the host, the module started as the editor starts
+// it (mod.io session initialised, stored login verified), and the window's controller. Commands
+// type into its fields and press its buttons, then tick until the work ends, so the tool behaves
+// exactly as the window does.
+class FWorkshopRun
+{
+public:
+    // Null with a message a modder can act on when the project, engine or mod.io settings are missing.
+    static std::unique_ptr<FWorkshopRun> Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError);
+    ~FWorkshopRun();
+    FWorkshopRun(const FWorkshopRun&) = delete;
+    FWorkshopRun& operator=(const FWorkshopRun&) = delete;
+
+    // Editor frames (about 60 a second) until Done answers true; OnFrame runs after each.
+    void TickUntil(const std::function<bool()>& Done, const std::function<void()>& OnFrame = {});
+    // Until the mod.io call just started has answered.
+    void WaitForModio();
+
+    FModioInterface& Client() { return *Module->ModioClient; }
+    // The newest log message starting with Prefix, without the prefix.
+    std::optional<std::string> RecentMessage(const std::string& Prefix) { return Host->Log.FindRecent(Prefix); }
+
+    std::unique_ptr<FStandaloneHost> Host;
+    std::unique_ptr<FMaptornModule> Module;
+    std::unique_ptr<FWorkshopController> Controller;
+
+private:
+    FWorkshopRun() = default;
+};
+}
