@@ -5,11 +5,6 @@
 
 namespace Maptorn::Cli
 {
-namespace
-{
-constexpr float FrameSeconds = 1.0f / 60.0f;
-}
-
 std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError)
 {
     std::unique_ptr<FWorkshopRun> Run(new FWorkshopRun());
@@ -45,10 +40,14 @@ FWorkshopRun::~FWorkshopRun()
 
 void FWorkshopRun::TickUntil(const std::function<bool()>& Done, const std::function<void()>& OnFrame)
 {
+    // Each frame is ticked with its real duration, as the editor does, so pauses last what they say.
+    auto LastFrame = std::chrono::steady_clock::now();
     do
     {
         Host->Tasks.PumpGameThread();
-        Module->Tick(FrameSeconds);
+        const auto Now = std::chrono::steady_clock::now();
+        Module->Tick(std::chrono::duration<float>(Now - LastFrame).count());
+        LastFrame = Now;
         if (OnFrame)
         {
             OnFrame();
