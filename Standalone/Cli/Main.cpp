@@ -89,6 +89,11 @@ int main(int Argc, char** Argv)
     Deploy->add_flag("--android", bDeployAndroid, "Cook the Android map");
     Deploy->callback([&] { ExitCode = RunDeploy(Context, bDeployWindows, bDeployAndroid); });
 
+    CLI::App* StageSteam = App.add_subcommand("stage-steam", "Cook the project's map for the Steam game and stage it into its install folder");
+    std::string SteamInstallDir;
+    StageSteam->add_option("--install-dir", SteamInstallDir, "Your Steam Kelvor install folder")->required();
+    StageSteam->callback([&] { ExitCode = RunStageSteam(Context, SteamInstallDir); });
+
     CLI::App* Browse = App.add_subcommand("browse", "List shared source plug-ins on mod.io, twenty to a page");
     FBrowseRequest BrowseRequest;
     Browse->add_option("--search", BrowseRequest.SearchText, "Names containing this text (1-32 characters)");

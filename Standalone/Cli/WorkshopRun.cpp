@@ -5,11 +5,11 @@
 
 namespace Maptorn::Cli
 {
-std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError)
+std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError, EModio Modio)
 {
     std::unique_ptr<FWorkshopRun> Run(new FWorkshopRun());
     Run->Host = FStandaloneHost::Create(Context, bNeedsEngine, OutError);
-    if (!Run->Host || !Run->Host->CreateModioSession(OutError))
+    if (!Run->Host || (Modio == EModio::Required && !Run->Host->CreateModioSession(OutError)))
     {
         return nullptr;
     }

@@ -19,8 +19,15 @@ namespace Maptorn::Cli
 class FWorkshopRun
 {
 public:
+    enum class EModio
+    {
+        Required, // mod.io commands: its settings must be there
+        Absent,   // Steam-side commands: started without a mod.io session, as an editor without its plug-in
+    };
+
     // Null with a message a modder can act on when the project, engine or mod.io settings are missing.
-    static std::unique_ptr<FWorkshopRun> Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError);
+    static std::unique_ptr<FWorkshopRun> Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError,
+        EModio Modio = EModio::Required);
     ~FWorkshopRun();
     FWorkshopRun(const FWorkshopRun&) = delete;
     FWorkshopRun& operator=(const FWorkshopRun&) = delete;

@@ -150,29 +150,4 @@ int RunPackage(const FCommandContext& Context, const FPackageRequest& Request)
     }
     return ExitSuccess;
 }
-
-int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid)
-{
-    std::string Error;
-    std::unique_ptr<FStandaloneHost> Host = MakeBuildHost(Context, Error);
-    if (!Host)
-    {
-        return Fail(Context, ExitNoEnvironment, Error);
-    }
-    FMaptornModule Module(Host->Platform, MakeModuleConfig(Host->Settings));
-    Module.SVR = std::make_unique<FSVRInterface>(Host->Platform);
-    if (!Module.SVR->GetMapDefinition())
-    {
-        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
-    }
-    Module.bWindowsPlatform = bWindows;
-    Module.bAndroidPlatform = bAndroid;
-    Module.bBusy = true;
-    if (!RunWorkshopDeploy(Module))
-    {
-        return Fail(Context, ExitFailed, "The deploy did not finish; the lines above say why.");
-    }
-    Context.Out << "Depot: " << ProjectEnvironment::GetDepotDirectory(Host->Engine) << "/" << Module.SVR->GetMapDefinition()->Label << "\n";
-    return ExitSuccess;
-}
 }

@@ -70,6 +70,7 @@ int RunCook(const FCommandContext& Context, const FCookRequest& Request);
 int RunPak(const FCommandContext& Context, const std::string& ModId, const std::string& PlatformName, const std::string& OutputDirectory);
 int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);
 int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
+int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunMods(const FCommandContext& Context, bool bJson);
 int RunInstall(const FCommandContext& Context, const std::string& ModId);

@@ -1,0 +1,94 @@
+// The Steam Workshop side of the window for the project's own map: the platform deploy and the
+// local stage, pressed through the controller and ticked until the worker clears the busy flag.
+
+#include "Cli/Commands/Commands.h"
+#include "Cli/WorkshopRun.h"
+
+#include "Common/FileHelper.h"
+#include "Module/ProjectEnvironment.h"
+
+#include <ostream>
+
+namespace Maptorn::Cli
+{
+namespace
+{
+std::unique_ptr<FWorkshopRun> StartSteamRun(const FCommandContext& Context, int& OutExitCode)
+{
+    std::string Error;
+    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, true, Error, FWorkshopRun::EModio::Absent);
+    if (!Run)
+    {
+        OutExitCode = Fail(Context, ExitNoEnvironment, Error);
+        return nullptr;
+    }
+    std::ostream& Out = Context.Out;
+    Run->Host->Processes.SetOutputEcho([&Out](const std::string& Line, bool) { Out << "  | " << Line << "\n"; });
+    return Run;
+}
+
+std::string ProjectMapLabel(FWorkshopRun& Run)
+{
+    const auto Definition = Run.Module->SVR ? Run.Module->SVR->GetMapDefinition() : nullptr;
+    return Definition ? Definition->Label : std::string();
+}
+}
+
+int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid)
+{
+    int ExitCode = ExitSuccess;
+    std::unique_ptr<FWorkshopRun> Run = StartSteamRun(Context, ExitCode);
+    if (!Run)
+    {
+        return ExitCode;
+    }
+    if (ProjectMapLabel(*Run).empty())
+    {
+        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
+    }
+    FWorkshopController& Window = *Run->Controller;
+    Window.OnWindowsBuildPlatformsChanged(bWindows ? ECheckBoxState::Checked : ECheckBoxState::Unchecked);
+    Window.OnAndroidBuildPlatformsChanged(bAndroid ? ECheckBoxState::Checked : ECheckBoxState::Unchecked);
+    Window.SubmitVeskoClicked();
+    Run->TickUntil([&Run] { return !Run->Module->bBusy; });
+    if (Run->Host->Dialogs.GetLastMessageBoxText() != "Successfully built!")
+    {
+        return Fail(Context, ExitFailed, "The deploy did not finish; the lines above say why.");
+    }
+    Context.Out << "Depot: " << ProjectEnvironment::GetDepotDirectory(Run->Host->Engine) << "/" << ProjectMapLabel(*Run) << "\n";
+    return ExitSuccess;
+}
+
+int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir)
+{
+    if (!FileSystem::DirectoryExists(InstallDir))
+    {
+        return Fail(Context, ExitBadInput, "The game folder " + InstallDir + " does not exist; give your Steam Kelvor install with --install-dir.");
+    }
+    int ExitCode = ExitSuccess;
+    std::unique_ptr<FWorkshopRun> Run = StartSteamRun(Context, ExitCode);
+    if (!Run)
+    {
+        return ExitCode;
+    }
+    if (ProjectMapLabel(*Run).empty())
+    {
+        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
+    }
+    // A Steam install to stage into stands for Steam running, which the editor needs for this.
+    Run->Module->InstallDir = InstallDir;
+    Run->Module->SteamUGC = std::make_unique<FSteamWorkshopDeploy>();
+    Run->Controller->StageButtonClicked();
+    if (!Run->Module->bBusy)
+    {
+        return Fail(Context, ExitFailed, "The stage did not start; the lines above say why.");
+    }
+    Run->TickUntil([&Run] { return !Run->Module->bBusy; });
+    if (Run->RecentMessage("Please specify a map in the Definition file!") || Run->RecentMessage("Cooked content is needed for staging!"))
+    {
+        return Fail(Context, ExitFailed, "The stage did not finish; the lines above say why.");
+    }
+    Context.Out << "Cooked " << ProjectMapLabel(*Run) << " for the Steam game in " << InstallDir << "\n";
+    return ExitSuccess;
+}
+}
