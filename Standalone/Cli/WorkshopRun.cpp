@@ -1,11 +1,14 @@
 #include "Cli/WorkshopRun.h"
 
+#include "Common/FileHelper.h"
+
 #include <chrono>
 #include <thread>
 
 namespace Maptorn::Cli
 {
-std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError, EModio Modio)
+std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError, EModio Modio,
+    const FPrecheck& Precheck)
 {
     std::unique_ptr<FWorkshopRun> Run(new FWorkshopRun());
     Run->Host = FStandaloneHost::Create(Context, bNeedsEngine, OutError);
@@ -13,6 +16,17 @@ std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context
     {
         return nullptr;
     }
+    if (Precheck)
+    {
+        if (std::optional<std::string> Refusal = Precheck(*Run->Host))
+        {
+            OutError = *Refusal;
+            return nullptr;
+        }
+    }
+    // The module writes the game's Steam id beside the editor and removes it at shut-down; a file
+    // the user already had in this folder is put back afterwards.
+    Run->PreviousSteamAppIdFile = FileHelper::LoadFileToString(FMaptornModule::SteamAppIdFile);
     Run->Module = InitializeModule(Run->Host->Platform, MakeModuleConfig(Run->Host->Settings));
     Run->Module->StartupModule();
     Run->Controller = std::make_unique<FWorkshopController>();
@@ -34,6 +48,11 @@ FWorkshopRun::~FWorkshopRun()
         if (Host && Host->Platform.ModioSession)
         {
             Host->Platform.ModioSession->RunPendingHandlers();
+        }
+        if (PreviousSteamAppIdFile)
+        {
+            FileHelper::SaveBytesToFile(reinterpret_cast<const uint8*>(PreviousSteamAppIdFile->data()), PreviousSteamAppIdFile->size(),
+                FMaptornModule::SteamAppIdFile);
         }
     }
 }

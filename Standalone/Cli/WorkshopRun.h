@@ -25,9 +25,14 @@ public:
         Absent,   // Steam-side commands: started without a mod.io session, as an editor without its plug-in
     };
 
-    // Null with a message a modder can act on when the project, engine or mod.io settings are missing.
+    // A refusal found on the host before the module starts (the start adjusts the project's
+    // settings, and a refused command must leave the project as it was): the message, or nothing.
+    using FPrecheck = std::function<std::optional<std::string>(FStandaloneHost& Host)>;
+
+    // Null with a message a modder can act on when the project, engine or mod.io settings are
+    // missing or Precheck refuses.
     static std::unique_ptr<FWorkshopRun> Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError,
-        EModio Modio = EModio::Required);
+        EModio Modio = EModio::Required, const FPrecheck& Precheck = {});
     ~FWorkshopRun();
     FWorkshopRun(const FWorkshopRun&) = delete;
     FWorkshopRun& operator=(const FWorkshopRun&) = delete;
@@ -47,5 +52,7 @@ public:
 
 private:
     FWorkshopRun() = default;
+
+    std::optional<std::string> PreviousSteamAppIdFile;
 };
 }

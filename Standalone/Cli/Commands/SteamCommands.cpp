@@ -5,6 +5,7 @@
 #include "Cli/WorkshopRun.h"
 
 #include "Common/FileHelper.h"
+#include "Content/SVRInterface.h"
 #include "Module/ProjectEnvironment.h"
 
 #include <ostream>
@@ -13,13 +14,21 @@ namespace Maptorn::Cli
 {
 namespace
 {
+constexpr const char* NoMapDefinition = "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.";
+
+// The window's Steam side, refused before anything starts when the project has no map definition.
 std::unique_ptr<FWorkshopRun> StartSteamRun(const FCommandContext& Context, int& OutExitCode)
 {
     std::string Error;
-    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, true, Error, FWorkshopRun::EModio::Absent);
+    bool bNoMap = false;
+    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, true, Error, FWorkshopRun::EModio::Absent,
+        [&bNoMap](FStandaloneHost& Host) -> std::optional<std::string> {
+            bNoMap = !FSVRInterface(Host.Platform).GetMapDefinition();
+            return bNoMap ? std::optional<std::string>(NoMapDefinition) : std::nullopt;
+        });
     if (!Run)
     {
-        OutExitCode = Fail(Context, ExitNoEnvironment, Error);
+        OutExitCode = Fail(Context, bNoMap ? ExitFailed : ExitNoEnvironment, Error);
         return nullptr;
     }
     std::ostream& Out = Context.Out;
@@ -41,10 +50,6 @@ int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid)
     if (!Run)
     {
         return ExitCode;
-    }
-    if (ProjectMapLabel(*Run).empty())
-    {
-        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
     }
     FWorkshopController& Window = *Run->Controller;
     Window.OnWindowsBuildPlatformsChanged(bWindows ? ECheckBoxState::Checked : ECheckBoxState::Unchecked);
@@ -70,10 +75,6 @@ int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir)
     if (!Run)
     {
         return ExitCode;
-    }
-    if (ProjectMapLabel(*Run).empty())
-    {
-        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
     }
     // A Steam install to stage into stands for Steam running, which the editor needs for this.
     Run->Module->InstallDir = InstallDir;
