@@ -6,7 +6,7 @@
 
 #include "BenchFiles.h"
 #include "BenchPlatform.h"
-#include "BenchSandbox.h"
+#include "Process/SandboxProcess.h"
 
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
@@ -22,6 +22,9 @@
 
 using namespace Maptorn;
 using namespace Maptorn::Bench;
+using Maptorn::Sandbox::FSandboxProcess;
+using Maptorn::Sandbox::RunCommand;
+using Maptorn::Sandbox::ShellQuote;
 
 namespace
 {

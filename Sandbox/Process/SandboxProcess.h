@@ -4,10 +4,11 @@
 
 #include <string>
 
-namespace Maptorn::Bench
+namespace Maptorn::Sandbox
 {
-// The mod.io sandbox as its own `maptorn-sandbox` process, so that the memory it spends serving
-// and receiving files is never counted as the benchmark's.
+// The mod.io sandbox as its own `maptorn-sandbox` process: for benchmarks, so that the memory it
+// spends serving and receiving files is never counted as theirs, and for end-to-end tests that
+// run the tool against the service as a user would.
 class FSandboxProcess
 {
 public:

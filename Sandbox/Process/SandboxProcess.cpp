@@ -1,4 +1,4 @@
-#include "BenchSandbox.h"
+#include "Process/SandboxProcess.h"
 
 #include "Common/FileHelper.h"
 
@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-namespace Maptorn::Bench
+namespace Maptorn::Sandbox
 {
 namespace
 {

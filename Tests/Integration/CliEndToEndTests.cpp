@@ -1,0 +1,156 @@
+// A modder's session at the command line: the `maptorn` program run as a child process against a
+// `maptorn-sandbox` process on loopback, every result checked on the service's side and on disk.
+
+#include "Platform/StandaloneProcesses.h"
+#include "Process/SandboxProcess.h"
+#include "Sample/SampleProject.h"
+#include "Support/TempDir.h"
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <filesystem>
+
+using namespace Maptorn;
+using namespace Maptorn::Testing;
+namespace fs = std::filesystem;
+
+namespace
+{
+class CliEndToEnd : public ::testing::Test
+{
+protected:
+    CliEndToEnd()
+    {
+        Sample::FSampleOptions Options;
+        Options.StandinBinary = MAPTORN_STANDIN_PATH;
+        Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
+        setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
+        for (const char* Name : {"MAPTORN_CONFIG", "MAPTORN_PROJECT", "MAPTORN_ENGINE", "MAPTORN_MODIO_URL", "MAPTORN_MODIO_GAME_ID", "MAPTORN_MODIO_API_KEY"})
+        {
+            unsetenv(Name);
+        }
+        bStarted = Service.Start(Temp.Dir() + "ServiceData", Temp.Dir() + "service.log", StartError);
+    }
+
+    void SetUp() override
+    {
+        ASSERT_TRUE(Layout.bCreated) << Layout.FailReason;
+        ASSERT_TRUE(bStarted) << StartError;
+    }
+
+    struct FRun
+    {
+        int32 ExitCode = -1;
+        std::string Out;
+    };
+
+    FRun Maptorn(const std::string& Params)
+    {
+        const std::string Common = "--project \"" + Layout.ProjectDir + "\" --engine \"" + Layout.EngineRoot + "\" --user-settings-dir \"" +
+            Layout.UserSettingsDir + "\" --modio-url " + Service.BaseUrl() + " --modio-game-id 1 --modio-api-key " +
+            Sandbox::FSandboxProcess::ApiKey + " ";
+        FRun Result;
+        std::string Err;
+        FStandaloneProcesses Processes;
+        EXPECT_TRUE(Processes.ExecProcess(MAPTORN_CLI_PATH, Common + Params, Result.ExitCode, Result.Out, Err));
+        Result.Out += Err;
+        return Result;
+    }
+
+    nlohmann::json Get(const std::string& Path)
+    {
+        httplib::Client Client(Service.BaseUrl());
+        const auto Answer = Client.Get(Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + Sandbox::FSandboxProcess::ApiKey);
+        return Answer ? nlohmann::json::parse(Answer->body, nullptr, false) : nlohmann::json();
+    }
+
+    std::string LastCode() { return Get("/sandbox/last-code?email=modder@example.com").value("code", std::string()); }
+
+    void LogIn()
+    {
+        const FRun Requested = Maptorn("login --email modder@example.com");
+        ASSERT_EQ(Requested.ExitCode, 0) << Requested.Out;
+        const FRun LoggedIn = Maptorn("login --code " + LastCode());
+        ASSERT_EQ(LoggedIn.ExitCode, 0) << LoggedIn.Out;
+    }
+
+    fs::path InProject(const std::string& Relative) const { return fs::path(Layout.ProjectDir) / Relative; }
+
+    FTempDir Temp;
+    Sample::FSampleLayout Layout;
+    Sandbox::FSandboxProcess Service;
+    bool bStarted = false;
+    std::string StartError;
+};
+}
+
+TEST_F(CliEndToEnd, LoginThenWhoamiInALaterRunThenLogout)
+{
+    EXPECT_EQ(Maptorn("whoami").ExitCode, 1);
+    LogIn();
+    const FRun Who = Maptorn("whoami --json");
+    ASSERT_EQ(Who.ExitCode, 0) << Who.Out;
+    EXPECT_EQ(nlohmann::json::parse(Who.Out.substr(Who.Out.find('{')), nullptr, false).value("logged_in", false), true);
+    EXPECT_NE(Service.LogTail(400).find("/v1/oauth/emailexchange"), std::string::npos);
+
+    const FRun Out = Maptorn("logout");
+    EXPECT_EQ(Out.ExitCode, 0) << Out.Out;
+    EXPECT_EQ(Maptorn("whoami").ExitCode, 1);
+}
+
+TEST_F(CliEndToEnd, CreateUploadAndInstallLandOnTheServiceAndOnDisk)
+{
+    LogIn();
+    const FRun Created = Maptorn("create --name \"Harbour Sprint\" --summary \"Race through the docks\" --type map --json");
+    ASSERT_EQ(Created.ExitCode, 0) << Created.Out;
+    const nlohmann::json Answer = nlohmann::json::parse(Created.Out.substr(Created.Out.find('{')), nullptr, false);
+    const std::string ModId = Answer.value("mod_id", std::string());
+    ASSERT_FALSE(ModId.empty()) << Created.Out;
+    EXPECT_EQ(Get("/v1/games/1/mods/" + ModId).value("name", std::string()), "Harbour Sprint");
+    EXPECT_TRUE(fs::exists(InProject("Plugins/UGC" + ModId + "/UGC" + ModId + ".uplugin")));
+    EXPECT_TRUE(fs::exists(InProject("Plugins/UGC" + ModId + "/Content/definition.json")));
+
+    // A map needs its maps named before it can be packaged.
+    const FRun Refused = Maptorn("upload " + ModId + " --windows");
+    EXPECT_EQ(Refused.ExitCode, 1);
+    EXPECT_NE(Refused.Out.find("ERROR: Definition did not contain a map to upload"), std::string::npos) << Refused.Out;
+    ASSERT_EQ(Maptorn("plugin set " + ModId + " --map /UGC" + ModId + "/Maps/Docks.Docks --quest-map /UGC" + ModId +
+                  "/Maps/Docks_Quest.Docks_Quest").ExitCode, 0);
+
+    const FRun Uploaded = Maptorn("upload " + ModId + " --windows --android --changelog \"First race\"");
+    ASSERT_EQ(Uploaded.ExitCode, 0) << Uploaded.Out;
+    EXPECT_NE(Uploaded.Out.find("Uploaded mod " + ModId + " version 1"), std::string::npos)
+        << "a refused try stamps nothing" << Uploaded.Out;
+    const nlohmann::json Files = Get("/v1/games/1/mods/" + ModId + "/files")["data"];
+    ASSERT_EQ(Files.size(), 4u) << Files.dump();
+    for (const nlohmann::json& File : Files)
+    {
+        EXPECT_EQ(File["version"], "1");
+        EXPECT_EQ(File["changelog"], "First race");
+    }
+    EXPECT_TRUE(fs::exists(InProject("Saved/Cooked/Workshop/UGC" + ModId + "/Windows/UGC" + ModId + "/UGC" + ModId + ".pak")));
+
+    const FRun Installed = Maptorn("install 1006");
+    ASSERT_EQ(Installed.ExitCode, 0) << Installed.Out;
+    EXPECT_TRUE(fs::exists(InProject("Plugins/UGC1006/UGC1006.uplugin")));
+    EXPECT_NE(Service.LogTail(400).find("/sandbox/files/"), std::string::npos) << "the archive came from the service";
+}
+
+TEST_F(CliEndToEnd, AnInstallOverAnExistingPluginNeedsAYes)
+{
+    fs::create_directories(InProject("Plugins/UGC1005/Content"));
+    WriteTextFile(InProject("Plugins/UGC1005/UGC1005.uplugin"), "{\"FileVersion\": 3, \"FriendlyName\": \"mine\", \"CanContainContent\": true}");
+    WriteTextFile(InProject("Plugins/UGC1005/Content/Mine.txt"), "my work");
+
+    const FRun Declined = Maptorn("install 1005");
+    EXPECT_EQ(Declined.ExitCode, 1) << Declined.Out;
+    EXPECT_NE(Declined.Out.find("OVERWRITE"), std::string::npos) << Declined.Out;
+    EXPECT_EQ(ReadTextFile(InProject("Plugins/UGC1005/Content/Mine.txt")), "my work");
+
+    const FRun Agreed = Maptorn("--yes install 1005");
+    EXPECT_EQ(Agreed.ExitCode, 0) << Agreed.Out;
+    EXPECT_FALSE(fs::exists(InProject("Plugins/UGC1005/Content/Mine.txt")));
+}
