@@ -92,28 +92,6 @@ bool FStandaloneHost::CreateModioSession(std::string& OutError)
     return true;
 }
 
-bool FStandaloneHost::StartModioSession(std::string& OutError)
-{
-    if (!CreateModioSession(OutError))
-    {
-        return false;
-    }
-    const FMaptornConfig Config = MakeModuleConfig(Settings);
-    FModioInitializeOptions Options;
-    Options.GameId = Config.ModioGameId;
-    Options.ApiKey = Config.ModioApiKey;
-    Options.BaseUrl = Config.ModioApiBaseUrl;
-    std::optional<FModioErrorCode> Result;
-    Session->InitializeAsync(Options, [&Result](FModioErrorCode ErrorCode) { Result = ErrorCode; });
-    RunUntil([&Result] { return Result.has_value(); });
-    if (*Result)
-    {
-        OutError = "mod.io session could not start: " + Result->GetErrorMessage();
-        return false;
-    }
-    return true;
-}
-
 void FStandaloneHost::RunUntil(const std::function<bool()>& Done)
 {
     while (!Done())

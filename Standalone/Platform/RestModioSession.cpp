@@ -16,7 +16,7 @@ bool IsSuccess(int32 Status)
     return Status >= 200 && Status < 300;
 }
 
-std::string Redacted(std::string Text, const std::string& Secret)
+std::string WithoutSecret(std::string Text, const std::string& Secret)
 {
     return Secret.empty() ? Text : ReplaceAll(std::move(Text), Secret, "***");
 }
@@ -31,6 +31,8 @@ FRestModioSession::FRestModioSession(IMaptornHttp& InHttp, std::string InStoredL
 FRestModioSession::~FRestModioSession()
 {
     Lifetime.reset();
+    // Its temporary files go with it; no event is delivered.
+    Upload.reset();
     const std::vector<FHttpRequestPtr> Running = std::move(RequestsInFlight);
     for (const FHttpRequestPtr& Request : Running)
     {
@@ -70,14 +72,9 @@ FModioErrorCode FRestModioSession::EnableModManagement(FOnModManagementDelegate 
 
 void FRestModioSession::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegate Callback)
 {
-    if (const std::optional<FModioErrorCode> Refusal = RefusalToStart())
+    if (const std::optional<FModioErrorCode> Refusal = RefusalToStartAuthorized())
     {
         Complete(std::move(Callback), *Refusal);
-        return;
-    }
-    if (AccessToken.empty())
-    {
-        Complete(std::move(Callback), FModioErrorCode{ModioRest::ErrorValue::NoAuthToken, "No user is logged in"});
         return;
     }
     const std::string Token = AccessToken;
@@ -89,13 +86,31 @@ void FRestModioSession::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegate Callb
                 return;
             }
             Complete(Callback, ModioRest::ErrorFromAnswer(Status, Body), Token);
-            // A refused token stays refused; a login made meanwhile is not this one.
-            if (Status == 401 && AccessToken == Token)
-            {
-                ForgetLogin();
-            }
+            ForgetLoginIfRefused(Status, Token);
         },
         Callback);
+}
+
+std::optional<FModioErrorCode> FRestModioSession::RefusalToStartAuthorized() const
+{
+    if (std::optional<FModioErrorCode> Refusal = RefusalToStart())
+    {
+        return Refusal;
+    }
+    if (AccessToken.empty())
+    {
+        return FModioErrorCode{ModioRest::ErrorValue::NoAuthToken, "No user is logged in"};
+    }
+    return std::nullopt;
+}
+
+// A refused token stays refused; a login made meanwhile is not this one.
+void FRestModioSession::ForgetLoginIfRefused(int32 Status, const std::string& Token)
+{
+    if (Status == 401 && AccessToken == Token)
+    {
+        ForgetLogin();
+    }
 }
 
 std::optional<FModioErrorCode> FRestModioSession::RefusalToStartLogin() const
@@ -189,6 +204,13 @@ void FRestModioSession::ClearUserDataAsync(FOnErrorOnlyDelegate Callback)
 
 void FRestModioSession::ShutdownAsync(FOnErrorOnlyDelegate Callback)
 {
+    // A running submission stops here, and its listener hears so.
+    if (Upload && !Upload->IsFinished())
+    {
+        const FModioModID Mod = Upload->GetModId();
+        Upload.reset();
+        PostUploadedEvent(Mod, FModioErrorCode{ModioRest::ErrorValue::SdkNotInitialized, "mod.io has been shut down"});
+    }
     bInitialized = false;
     bShutDown = true;
     Complete(std::move(Callback), {});
@@ -196,6 +218,7 @@ void FRestModioSession::ShutdownAsync(FOnErrorOnlyDelegate Callback)
 
 void FRestModioSession::RunPendingHandlers()
 {
+    FinishUploadIfDone();
     // Handlers queued while these run wait for the next tick; the session may be gone after the last one.
     std::vector<std::function<void()>> Ready;
     Ready.swap(PendingHandlers);
@@ -266,8 +289,13 @@ void FRestModioSession::Complete(FOnErrorOnlyDelegate Callback, FModioErrorCode 
     {
         return;
     }
-    Error.Message = Redacted(Redacted(Redacted(std::move(Error.Message), AlsoHide), AccessToken), ApiKey);
-    Post([Callback = std::move(Callback), Error = std::move(Error)] { Callback(Error); });
+    Post([Callback = std::move(Callback), Error = Redacted(std::move(Error), AlsoHide)] { Callback(Error); });
+}
+
+FModioErrorCode FRestModioSession::Redacted(FModioErrorCode Error, const std::string& AlsoHide) const
+{
+    Error.Message = WithoutSecret(WithoutSecret(WithoutSecret(std::move(Error.Message), AlsoHide), AccessToken), ApiKey);
+    return Error;
 }
 
 void FRestModioSession::Post(std::function<void()> Handler)

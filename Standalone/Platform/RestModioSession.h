@@ -2,6 +2,7 @@
 
 #include "Platform/HttpPort.h"
 #include "Platform/ModioSessionPort.h"
+#include "Platform/RestModFileUpload.h"
 #include "Platform/StoredLogin.h"
 
 #include <functional>
@@ -14,7 +15,8 @@ namespace Maptorn
 {
 // The mod.io session port over mod.io's public REST API. An HTTP completion only updates the
 // login and queues the caller's callback; callbacks run inside RunPendingHandlers, which the
-// module's tick calls. The login is kept in StoredLoginFile (owner-only) between runs.
+// module's tick calls. The login is kept in StoredLoginFile (owner-only) between runs. Mod files
+// are packed and sent by one FRestModFileUpload at a time, whose end is an Uploaded event.
 class FRestModioSession final : public IModioSession
 {
 public:
@@ -47,6 +49,11 @@ public:
 
     EModioLogLevel GetLogLevel() const { return LogLevel; }
 
+    // Standalone only: the multipart threshold, the part size and where temporary upload files
+    // go, for the mod-file submissions started afterwards.
+    void SetUploadOptions(FRestUploadOptions Options);
+    const FRestUploadOptions& GetUploadOptions() const { return UploadOptions; }
+
 private:
     using FAnswerHandler = std::function<void(int32 Status, const std::string& Body)>;
 
@@ -58,11 +65,19 @@ private:
 
     // Queues Callback with Error, whose message never shows the API key, the held token or AlsoHide.
     void Complete(FOnErrorOnlyDelegate Callback, FModioErrorCode Error, const std::string& AlsoHide = {});
+    FModioErrorCode Redacted(FModioErrorCode Error, const std::string& AlsoHide = {}) const;
     void Post(std::function<void()> Handler);
     // The error to report when no request may start; nothing when one may.
     std::optional<FModioErrorCode> RefusalToStart() const;
     // As RefusalToStart, and the SDK's "already authenticated" while a login is held.
     std::optional<FModioErrorCode> RefusalToStartLogin() const;
+    // As RefusalToStart, and "no user is logged in" without a login.
+    std::optional<FModioErrorCode> RefusalToStartAuthorized() const;
+
+    // A request with Token answered 401: the token is dead, unless a new login replaced it meanwhile.
+    void ForgetLoginIfRefused(int32 Status, const std::string& Token);
+    void PostUploadedEvent(FModioModID Mod, FModioErrorCode Error);
+    void FinishUploadIfDone();
 
     void OnEmailExchanged(const std::string& Token, int64 DateExpires, FOnErrorOnlyDelegate Callback);
     void KeepLogin(const std::string& Token, int64 DateExpires);
@@ -82,6 +97,9 @@ private:
 
     FOnModManagementDelegate ModManagementCallback;
     int64 LastModCreationHandle = 0;
+    FRestUploadOptions UploadOptions;
+    // The running (or just finished) mod-file submission; one at a time.
+    std::unique_ptr<FRestModFileUpload> Upload;
 
     std::vector<std::function<void()>> PendingHandlers;
     std::vector<FHttpRequestPtr> RequestsInFlight;

@@ -13,8 +13,11 @@ namespace Maptorn::ModioRest
 namespace ErrorValue
 {
 inline constexpr int32 NoAuthToken = 20994;      // UserAuthError: no user is logged in
-inline constexpr int32 BadParameter = 21761;     // GenericError: the game id or API key is missing
+inline constexpr int32 BadParameter = 21761;     // GenericError: a game id, API key, logo or folder missing or unusable
 inline constexpr int32 SdkNotInitialized = 21769; // GenericError: not initialised, or shut down
+// Ours, numbered apart from the SDK's categories and mod.io's error refs.
+inline constexpr int32 UploadAlreadyRunning = 31001; // a mod file is being submitted already
+inline constexpr int32 ArchiveFailed = 31002;        // the folder could not be packed, or its temporary files written
 }
 
 // Request builders: pure, so tests can compare what goes on the wire byte for byte.

@@ -1,21 +1,52 @@
-// Creating and editing mods and uploading mod files over REST are not built yet: each answers,
-// through the pending handlers like every completion, that it is not available.
+// Creating a mod and editing it: one form-data request each, with the bearer token. The logo is
+// read whole (mod.io takes 8 MB at most), so a missing or oversized one is refused before sending.
 
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
+#include "Modio/ModioRequests.h"
+#include "Platform/RestModFileRequests.h"
 #include "Platform/RestModioSession.h"
+#include "Platform/RestModioSessionRequests.h"
+
+#include <fstream>
+#include <iterator>
 
 namespace Maptorn
 {
 namespace
 {
-FModioErrorCode NotAvailableYet()
+constexpr int64 MaxLogoBytes = 8 * 1024 * 1024;
+
+std::optional<FModioErrorCode> ReadLogo(const std::string& Path, std::string& OutBytes)
 {
-    return FModioErrorCode{ModioErrorValue::HttpRequestFailed, "Not available in this build yet"};
-}
+    const int64 Size = Path.empty() ? -1 : FileSystem::FileSize(Path);
+    std::ifstream File(Path, std::ios::binary);
+    if (Size <= 0 || !File)
+    {
+        return FModioErrorCode{ModioRest::ErrorValue::BadParameter, "The logo file cannot be read: " + Path};
+    }
+    if (Size > MaxLogoBytes)
+    {
+        return FModioErrorCode{ModioRest::ErrorValue::BadParameter, "The logo file is larger than 8 MB: " + Path};
+    }
+    OutBytes.assign(std::istreambuf_iterator<char>(File), std::istreambuf_iterator<char>());
+    if (static_cast<int64>(OutBytes.size()) != Size)
+    {
+        return FModioErrorCode{ModioRest::ErrorValue::BadParameter, "The logo file cannot be read: " + Path};
+    }
+    return std::nullopt;
 }
 
-std::optional<FModioModProgressInfo> FRestModioSession::QueryCurrentModUpdate()
+// The form-data body: the fields, then the logo when there is one.
+std::string MakeModBody(const ModioRest::FFormFields& Fields, const std::string& LogoPath, const std::string& Logo)
 {
-    return std::nullopt;
+    if (LogoPath.empty())
+    {
+        return ModioRest::MakeFormHead(Fields) + ModioRest::MakeFormTail(false);
+    }
+    const ModioRest::FFormFile File{"logo", Paths::GetCleanFilename(LogoPath), ModioRest::ImageContentType(Logo.substr(0, 8))};
+    return ModioRest::MakeFormHead(Fields, File) + Logo + ModioRest::MakeFormTail(true);
+}
 }
 
 FModioModCreationHandle FRestModioSession::GetModCreationHandle()
@@ -23,30 +54,114 @@ FModioModCreationHandle FRestModioSession::GetModCreationHandle()
     return FModioModCreationHandle{++LastModCreationHandle};
 }
 
-void FRestModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioCreateModParams&, FOnSubmitNewModDelegate Callback)
+void FRestModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioCreateModParams& Params, FOnSubmitNewModDelegate Callback)
 {
-    if (Callback)
-    {
-        Post([Callback = std::move(Callback)] { Callback(NotAvailableYet(), std::nullopt); });
-    }
-}
-
-void FRestModioSession::SubmitModChangesAsync(FModioModID, const FModioEditModParams&, FOnSubmitModChangesDelegate Callback)
-{
-    if (Callback)
-    {
-        Post([Callback = std::move(Callback)] { Callback(NotAvailableYet(), std::nullopt); });
-    }
-}
-
-void FRestModioSession::SubmitNewModFileForMod(FModioModID Mod, const FModioCreateModFileParams&)
-{
-    // The event goes to whoever listens when it is delivered, as the SDK's mod management does.
-    Post([this, Mod] {
-        if (ModManagementCallback)
+    const FOnErrorOnlyDelegate OnError = [Callback](FModioErrorCode Error) {
+        if (Callback)
         {
-            ModManagementCallback(FModioModManagementEvent{Mod, EModioModManagementEventType::Uploaded, NotAvailableYet()});
+            Callback(std::move(Error), std::nullopt);
         }
-    });
+    };
+    if (const std::optional<FModioErrorCode> Refusal = RefusalToStartAuthorized())
+    {
+        Complete(OnError, *Refusal);
+        return;
+    }
+    std::string Logo;
+    if (const std::optional<FModioErrorCode> Unreadable = ReadLogo(Params.PathToLogoFile, Logo))
+    {
+        Complete(OnError, *Unreadable);
+        return;
+    }
+    const std::string Token = AccessToken;
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::ModsUrl(BaseUrl, GameId), Token);
+    if (Request)
+    {
+        Request->SetHeader("Content-Type", ModioRest::FormContentType());
+        Request->SetContentAsString(MakeModBody(ModioRest::AddModFields(Params), Params.PathToLogoFile, Logo));
+    }
+    Send(Request,
+        [this, Callback, OnError, Token](int32 Status, const std::string& Body) {
+            if (Status < 200 || Status >= 300)
+            {
+                Complete(OnError, ModioRest::ErrorFromAnswer(Status, Body), Token);
+                ForgetLoginIfRefused(Status, Token);
+                return;
+            }
+            const std::optional<FModioModID> Mod = ModioRest::ReadModId(Body);
+            if (!Mod)
+            {
+                Complete(OnError, ModioRest::UnexpectedAnswer());
+                return;
+            }
+            Post([Callback, Mod] {
+                if (Callback)
+                {
+                    Callback(FModioErrorCode{}, Mod);
+                }
+            });
+        },
+        OnError);
+}
+
+void FRestModioSession::SubmitModChangesAsync(FModioModID Mod, const FModioEditModParams& Params, FOnSubmitModChangesDelegate Callback)
+{
+    const FOnErrorOnlyDelegate OnError = [Callback](FModioErrorCode Error) {
+        if (Callback)
+        {
+            Callback(std::move(Error), std::nullopt);
+        }
+    };
+    if (const std::optional<FModioErrorCode> Refusal = RefusalToStartAuthorized())
+    {
+        Complete(OnError, *Refusal);
+        return;
+    }
+    const ModioRest::FFormFields Fields = ModioRest::EditModFields(Params);
+    const std::string LogoPath = Params.LogoPath.value_or(std::string());
+    if (Fields.empty() && !Params.LogoPath)
+    {
+        Complete(OnError, FModioErrorCode{ModioRest::ErrorValue::BadParameter, "Nothing to change: no field of the mod is set"});
+        return;
+    }
+    std::string Logo;
+    if (Params.LogoPath)
+    {
+        if (const std::optional<FModioErrorCode> Unreadable = ReadLogo(LogoPath, Logo))
+        {
+            Complete(OnError, *Unreadable);
+            return;
+        }
+    }
+    // mod.io edits with POST now (PUT before); form-data takes the logo as well as the fields.
+    const std::string Token = AccessToken;
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::ModUrl(BaseUrl, GameId, Mod), Token);
+    if (Request)
+    {
+        Request->SetHeader("Content-Type", ModioRest::FormContentType());
+        Request->SetContentAsString(MakeModBody(Fields, LogoPath, Logo));
+    }
+    Send(Request,
+        [this, Callback, OnError, Token](int32 Status, const std::string& Body) {
+            if (Status < 200 || Status >= 300)
+            {
+                Complete(OnError, ModioRest::ErrorFromAnswer(Status, Body), Token);
+                ForgetLoginIfRefused(Status, Token);
+                return;
+            }
+            std::optional<FModioModInfo> Info = ModioRest::ReadModInfo(Body);
+            if (!Info)
+            {
+                Complete(OnError, ModioRest::UnexpectedAnswer());
+                return;
+            }
+            Post([Callback, Info = std::move(Info)] {
+                if (Callback)
+                {
+                    Callback(FModioErrorCode{}, Info);
+                }
+            });
+        },
+        OnError);
 }
 }

@@ -469,7 +469,7 @@ TEST_F(RestModioSession, DestroyingTheSessionWithARequestRunningRunsNoCallback)
     EXPECT_EQ(Calls, 0);
 }
 
-TEST_F(RestModioSession, SubmittingIsNotAvailableYetAndSaysSoThroughTheQueue)
+TEST_F(RestModioSession, SubmissionsWithoutALoginAreRefusedThroughTheQueue)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     ASSERT_FALSE(Initialize(*Session));
@@ -489,13 +489,12 @@ TEST_F(RestModioSession, SubmittingIsNotAvailableYetAndSaysSoThroughTheQueue)
 
     Session->RunPendingHandlers();
     ASSERT_TRUE(NewMod && Changes);
-    EXPECT_EQ(NewMod->GetValue(), ModioErrorValue::HttpRequestFailed);
-    EXPECT_EQ(NewMod->GetErrorMessage(), "Not available in this build yet");
-    EXPECT_EQ(Changes->GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_EQ(NewMod->GetValue(), ModioRest::ErrorValue::NoAuthToken);
+    EXPECT_EQ(Changes->GetValue(), ModioRest::ErrorValue::NoAuthToken);
     ASSERT_EQ(Events.size(), 1u);
     EXPECT_EQ(Events[0].ID, 7);
     EXPECT_EQ(Events[0].Event, EModioModManagementEventType::Uploaded);
-    EXPECT_EQ(Events[0].Status.GetErrorMessage(), "Not available in this build yet");
+    EXPECT_EQ(Events[0].Status.GetValue(), ModioRest::ErrorValue::NoAuthToken);
     EXPECT_TRUE(Sandbox.RequestLog().empty());
 }
 

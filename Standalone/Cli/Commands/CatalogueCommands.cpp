@@ -1,4 +1,5 @@
 #include "Cli/Commands/Commands.h"
+#include "Cli/WorkshopRun.h"
 
 #include "Common/StringUtil.h"
 #include "Modio/ModioInterface.h"
@@ -13,8 +14,6 @@ namespace Maptorn::Cli
 {
 namespace
 {
-constexpr int32 BrowsePageSize = 20;
-
 const std::map<std::string, ESourceModQueryType>& SortNames()
 {
     static const std::map<std::string, ESourceModQueryType> Names = {
@@ -70,37 +69,42 @@ int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request)
         return Fail(Context, ExitBadInput, "Pages count from 1.");
     }
     std::string Error;
-    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
-    if (!Host)
+    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, false, Error);
+    if (!Run)
     {
         return Fail(Context, ExitNoEnvironment, Error);
     }
-    if (!Host->RequireModioSettings(Error))
-    {
-        return Fail(Context, ExitNoEnvironment, Error);
-    }
-    FModioInterface Client(Host->Platform, MakeModuleConfig(Host->Settings));
+    FModioInterface& Client = Run->Client();
+    // A fresh login starts the browser's first query; the page asked for comes after it.
+    Run->TickUntil([&Client] { return !Client.bSourceQueryBusy; });
+
+    // The browser's search box, sort combo and page, then its refresh button.
     Client.SourceQuery.SortType = Sort->second;
     Client.SourceQuery.SearchText = Request.SearchText;
-    Client.SourceQuery.PageOffset = (Request.Page - 1) * BrowsePageSize;
-    Client.SourceQuery.PageLimit = BrowsePageSize;
-
+    Client.SourceQuery.PageOffset = (Request.Page - 1) * FWorkshopController::SourceModPageSize;
+    Client.SourceQuery.PageLimit = FWorkshopController::SourceModPageSize;
     std::optional<bool> bSucceeded;
     Client.OnSourceModListUpdated.Add([&bSucceeded](bool bOk, const FSourceModList&) { bSucceeded = bOk; });
-    Client.QuerySourceMods();
-    Host->RunUntil([&] { return bSucceeded.has_value(); });
+    Run->Controller->OnRefreshModPageClicked();
+    Run->TickUntil([&] { return bSucceeded.has_value(); });
     if (!bSucceeded.value_or(false))
     {
-        return Fail(Context, ExitFailed, "mod.io did not answer the catalogue query at " + Host->Settings.ModioBaseUrl.Value +
+        return Fail(Context, ExitFailed, "mod.io did not answer the catalogue query at " + Run->Host->Settings.ModioBaseUrl.Value +
             "; check the URL, the game id and the API key, and your connection.");
+    }
+    FSourceModList Shown = Client.LastSourceModList;
+    Shown.Mods.clear();
+    for (const FWorkshopSourcePluginEntry& Row : Run->Controller->GetSourceModRows())
+    {
+        Shown.Mods.push_back(Row.GetModInfo());
     }
     if (Request.bJson)
     {
-        PrintJson(Context.Out, Client.LastSourceModList);
+        PrintJson(Context.Out, Shown);
     }
     else
     {
-        PrintTable(Context.Out, Client.LastSourceModList);
+        PrintTable(Context.Out, Shown);
     }
     return ExitSuccess;
 }
@@ -111,24 +115,17 @@ namespace Maptorn::Cli
 int RunMods(const FCommandContext& Context, bool bJson)
 {
     std::string Error;
-    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
-    if (!Host || !Host->StartModioSession(Error))
+    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, false, Error);
+    if (!Run)
     {
         return Fail(Context, ExitNoEnvironment, Error);
     }
-    if (Host->Session->GetAuthTokenAsString().empty())
+    if (!Run->Controller->IsAuthenticated())
     {
-        return Fail(Context, ExitFailed, "You are not logged in to mod.io on this machine; log in first.");
+        return Fail(Context, ExitFailed, "You are not logged in to mod.io on this machine; log in first with `maptorn login`.");
     }
-    FModioInterface Client(Host->Platform, MakeModuleConfig(Host->Settings));
-    bool bUpdated = false;
-    Client.OnUploadListUpdated.Add([&bUpdated] { bUpdated = true; });
-    Client.RefreshOwnMods();
-    Host->RunUntil([&] { return !Client.bOwnModRefreshBusy; });
-    if (!bUpdated)
-    {
-        return Fail(Context, ExitFailed, "mod.io did not answer the list of your mods at " + Host->Settings.ModioBaseUrl.Value + ".");
-    }
+    // The start refreshed the user's own mods, as the editor does right after the login check.
+    const FModioInterface& Client = Run->Client();
     FSourceModList List;
     List.Mods = Client.OwnMods;
     List.TotalResults = static_cast<int32>(List.Mods.size());
