@@ -92,22 +92,6 @@ bool FStandaloneHost::CreateModioSession(std::string& OutError)
     return true;
 }
 
-void FStandaloneHost::RunUntil(const std::function<bool()>& Done)
-{
-    while (!Done())
-    {
-        Tasks.PumpGameThread();
-        if (Platform.ModioSession)
-        {
-            Platform.ModioSession->RunPendingHandlers();
-        }
-        if (!Done())
-        {
-            std::this_thread::sleep_for(std::chrono::milliseconds(16));
-        }
-    }
-}
-
 int Fail(const FCommandContext& Context, int ExitCode, const std::string& Message)
 {
     Context.Err << "error: " << Message << std::endl;

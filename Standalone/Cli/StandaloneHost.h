@@ -49,9 +49,6 @@ public:
     // Creates the mod.io session for the module to initialise. False with a message when mod.io
     // is not configured.
     bool CreateModioSession(std::string& OutError);
-    // Runs the host's tick (about 60 a second: tasks, then the session's pending handlers) until
-    // Done answers true.
-    void RunUntil(const std::function<bool()>& Done);
 
     FResolvedSettings Settings;
     std::string ProjectFile;
