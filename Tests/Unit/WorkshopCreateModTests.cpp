@@ -1,5 +1,5 @@
 #include "Module/MaptornModule.h"
-#include "Support/FakePlatform.h"
+#include "Support/WorkshopTest.h"
 #include "Workshop/WorkshopController.h"
 
 #include <gtest/gtest.h>
@@ -9,20 +9,8 @@ using namespace Maptorn::Testing;
 
 namespace
 {
-class WorkshopCreateMod : public ::testing::Test
+class WorkshopCreateMod : public FWorkshopTest
 {
-protected:
-    WorkshopCreateMod()
-        : Module(Fakes.Platform, FMaptornConfig{})
-    {
-        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
-        Client = Module.ModioClient.get();
-    }
-
-    FFakePlatform Fakes;
-    FMaptornModule Module;
-    FModioInterface* Client = nullptr;
-    FWorkshopController Controller;
 };
 }
 

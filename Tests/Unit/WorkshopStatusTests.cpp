@@ -1,5 +1,5 @@
 #include "Module/MaptornModule.h"
-#include "Support/FakePlatform.h"
+#include "Support/WorkshopTest.h"
 #include "Workshop/WorkshopController.h"
 #include "Workshop/WorkshopTab.h"
 
@@ -10,20 +10,8 @@ using namespace Maptorn::Testing;
 
 namespace
 {
-class WorkshopStatus : public ::testing::Test
+class WorkshopStatus : public FWorkshopTest
 {
-protected:
-    WorkshopStatus()
-        : Module(Fakes.Platform, FMaptornConfig{})
-    {
-        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
-        Client = Module.ModioClient.get();
-    }
-
-    FFakePlatform Fakes;
-    FMaptornModule Module;
-    FModioInterface* Client = nullptr;
-    FWorkshopController Controller;
 };
 }
 

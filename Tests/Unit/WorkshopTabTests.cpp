@@ -1,5 +1,5 @@
 #include "Module/MaptornModule.h"
-#include "Support/FakePlatform.h"
+#include "Support/WorkshopTest.h"
 #include "Workshop/WorkshopController.h"
 #include "Workshop/WorkshopTab.h"
 
@@ -10,16 +10,9 @@ using namespace Maptorn::Testing;
 
 namespace
 {
-class WorkshopTabs : public ::testing::Test
+class WorkshopTabs : public FWorkshopTest
 {
 protected:
-    WorkshopTabs()
-        : Module(Fakes.Platform, FMaptornConfig{})
-    {
-        Module.ModioClient = std::make_unique<FModioInterface>(Fakes.Platform, FMaptornConfig{});
-        Client = Module.ModioClient.get();
-    }
-
     int CountActiveMarkers() const
     {
         int Count = 0;
@@ -30,10 +23,6 @@ protected:
         return Count;
     }
 
-    FFakePlatform Fakes;
-    FMaptornModule Module;
-    FModioInterface* Client = nullptr;
-    FWorkshopController Controller;
     std::vector<FWorkshopTab> Tabs = MakeWorkshopTabs();
 };
 }

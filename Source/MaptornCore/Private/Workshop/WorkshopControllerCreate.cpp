@@ -46,8 +46,7 @@ bool FWorkshopController::SelectLogoImage()
         return true;
     }
     FMaptornPlatform& Platform = Module->GetPlatform();
-    const std::string ProjectFolder = Paths::GetPath(Paths::ConvertRelativePathToFull(Platform.Engine.GetBaseDir(), Platform.Engine.GetProjectFilePath()));
-    const std::optional<std::string> Picked = Platform.Dialogs.OpenFileDialog("Choose a logo image", ProjectFolder, "Image Files|*.png;*.jpg;*.jpeg");
+    const std::optional<std::string> Picked = Platform.Dialogs.OpenFileDialog("Choose a logo image", WorkshopSupport::ProjectFolder(Platform.Engine), "Image Files|*.png;*.jpg;*.jpeg");
     if (Picked && !Picked->empty())
     {
         Client->LogoPath = *Picked;

@@ -140,8 +140,7 @@ bool FWorkshopController::SelectStageDir()
         return true;
     }
     FMaptornPlatform& Platform = Module->GetPlatform();
-    const std::string ProjectFolder = Paths::GetPath(Paths::ConvertRelativePathToFull(Platform.Engine.GetBaseDir(), Platform.Engine.GetProjectFilePath()));
-    const std::optional<std::string> Picked = Platform.Dialogs.OpenDirectoryDialog("Select your Steam Kelvor folder", ProjectFolder);
+    const std::optional<std::string> Picked = Platform.Dialogs.OpenDirectoryDialog("Select your Steam Kelvor folder", WorkshopSupport::ProjectFolder(Platform.Engine));
     if (Picked && !Picked->empty() && FileSystem::DirectoryExists(*Picked))
     {
         Client->StageDir = *Picked;

@@ -1,6 +1,8 @@
 #include "WorkshopSupport.h"
 
+#include "Common/Paths.h"
 #include "Common/StringUtil.h"
+#include "Platform/EnginePort.h"
 #include "Modio/ModioInterface.h"
 #include "Module/MaptornModule.h"
 
@@ -66,5 +68,10 @@ void LogWindow(ELogVerbosity Verbosity, const std::string& Message)
     {
         Module->GetPlatform().Log.Log(LogCategory::MaptornLog, Verbosity, Message);
     }
+}
+
+std::string ProjectFolder(IMaptornEngine& Engine)
+{
+    return Paths::GetPath(Paths::ConvertRelativePathToFull(Engine.GetBaseDir(), Engine.GetProjectFilePath()));
 }
 }

@@ -12,6 +12,7 @@ namespace Maptorn
 {
 class FMaptornModule;
 class FModioInterface;
+class IMaptornEngine;
 
 namespace WorkshopSupport
 {
@@ -35,5 +36,8 @@ int32 WholePercent(float Fraction);
 
 // A line of the window in MaptornLog; dropped while no module is loaded.
 void LogWindow(ELogVerbosity Verbosity, const std::string& Message);
+
+// The folder holding the project file, where the window's file dialogs open.
+std::string ProjectFolder(IMaptornEngine& Engine);
 }
 }
