@@ -4,7 +4,7 @@
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
 #include "ModioService/SandboxListQuery.h"
-#include "ModioService/SandboxMd5.h"
+#include "Common/Md5.h"
 #include "ModioService/SandboxRoutes.h"
 #include "ModioService/SandboxState.h"
 

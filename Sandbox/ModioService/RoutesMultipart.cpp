@@ -5,7 +5,7 @@
 #include "Common/StringUtil.h"
 #include "ModioService/SandboxByteRanges.h"
 #include "ModioService/SandboxListQuery.h"
-#include "ModioService/SandboxMd5.h"
+#include "Common/Md5.h"
 #include "ModioService/SandboxRandom.h"
 #include "ModioService/SandboxRoutes.h"
 #include "ModioService/SandboxState.h"

@@ -7,7 +7,7 @@
 #include "Common/JsonWriter.h"
 #include "Common/FileHelper.h"
 #include "Common/StringUtil.h"
-#include "ModioService/SandboxMd5.h"
+#include "Common/Md5.h"
 #include "ModioService/SandboxState.h"
 #include "ModioService/SandboxZip.h"
 

@@ -3,7 +3,7 @@
 #include "Common/FileHelper.h"
 #include "Modio/ModioRequests.h"
 #include "Platform/RestModFileArchive.h"
-#include "Platform/RestModFileMd5.h"
+#include "Common/Md5.h"
 #include "Platform/RestModFileRequests.h"
 #include "Platform/RestModioSessionRequests.h"
 
@@ -162,7 +162,7 @@ FModioErrorCode FRestModFileUpload::PackFolder()
         return ArchiveError(Error);
     }
     ArchiveSize = FileSystem::FileSize(ArchivePath);
-    ArchiveMd5 = FModFileMd5::OfFile(ArchivePath, bCancelled);
+    ArchiveMd5 = FMd5::OfFile(ArchivePath, &bCancelled);
     if (ArchiveSize <= 0 || ArchiveMd5.empty())
     {
         return ArchiveError("The packed folder cannot be read back from the temporary folder");

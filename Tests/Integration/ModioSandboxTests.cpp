@@ -2,7 +2,7 @@
 // workshop's client speaks to mod.io: paths, status codes, error refs, JSON shapes and bytes.
 
 #include "ModioService/ModioSandbox.h"
-#include "ModioService/SandboxMd5.h"
+#include "Common/Md5.h"
 #include "ModioService/SandboxZip.h"
 #include "Support/TempDir.h"
 

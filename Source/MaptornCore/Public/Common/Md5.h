@@ -3,13 +3,15 @@
 #include "Common/CoreTypes.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-namespace Maptorn::Sandbox
+namespace Maptorn
 {
-// MD5 (RFC 1321), fed in pieces so that large files never sit in memory whole.
+// MD5 (RFC 1321), fed in pieces so that large files never sit in memory whole. mod.io checks mod
+// files with it ("filehash"), and a digest names a multipart upload so that a later run finds it.
 class FMd5
 {
 public:
@@ -19,8 +21,8 @@ public:
     std::string FinalHex();
 
     static std::string OfText(std::string_view Text);
-    // Empty when the file cannot be read.
-    static std::string OfFile(const std::string& Path);
+    // Empty when the file cannot be read, or when bCancelled is set meanwhile.
+    static std::string OfFile(const std::string& Path, const std::atomic<bool>* bCancelled = nullptr);
 
 private:
     void Transform(const uint8* Block);

@@ -1,4 +1,4 @@
-#include "ModioService/SandboxMd5.h"
+#include "Common/Md5.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <vector>
 
-namespace Maptorn::Sandbox
+namespace Maptorn
 {
 namespace
 {
@@ -128,7 +128,7 @@ std::string FMd5::OfText(std::string_view Text)
     return Md5.FinalHex();
 }
 
-std::string FMd5::OfFile(const std::string& Path)
+std::string FMd5::OfFile(const std::string& Path, const std::atomic<bool>* bCancelled)
 {
     std::ifstream File(Path, std::ios::binary);
     if (!File)
@@ -136,12 +136,16 @@ std::string FMd5::OfFile(const std::string& Path)
         return {};
     }
     FMd5 Md5;
-    std::vector<char> Chunk(1 << 16);
+    std::vector<char> Chunk(1 << 20);
     while (File)
     {
+        if (bCancelled && bCancelled->load())
+        {
+            return {};
+        }
         File.read(Chunk.data(), static_cast<std::streamsize>(Chunk.size()));
         Md5.Update(Chunk.data(), static_cast<size_t>(File.gcount()));
     }
-    return Md5.FinalHex();
+    return File.bad() ? std::string() : Md5.FinalHex();
 }
 }
