@@ -49,6 +49,21 @@ std::string MakeModBody(const ModioRest::FFormFields& Fields, const std::string&
 }
 }
 
+namespace
+{
+// A completion that also carries a result, called for a failure: the error and no result.
+template <typename TCallback>
+FOnErrorOnlyDelegate FailureOnly(const TCallback& Callback)
+{
+    return [Callback](FModioErrorCode Error) {
+        if (Callback)
+        {
+            Callback(std::move(Error), std::nullopt);
+        }
+    };
+}
+}
+
 FModioModCreationHandle FRestModioSession::GetModCreationHandle()
 {
     return FModioModCreationHandle{++LastModCreationHandle};
@@ -56,12 +71,7 @@ FModioModCreationHandle FRestModioSession::GetModCreationHandle()
 
 void FRestModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioCreateModParams& Params, FOnSubmitNewModDelegate Callback)
 {
-    const FOnErrorOnlyDelegate OnError = [Callback](FModioErrorCode Error) {
-        if (Callback)
-        {
-            Callback(std::move(Error), std::nullopt);
-        }
-    };
+    const FOnErrorOnlyDelegate OnError = FailureOnly(Callback);
     if (const std::optional<FModioErrorCode> Refusal = RefusalToStartAuthorized())
     {
         Complete(OnError, *Refusal);
@@ -106,12 +116,7 @@ void FRestModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioC
 
 void FRestModioSession::SubmitModChangesAsync(FModioModID Mod, const FModioEditModParams& Params, FOnSubmitModChangesDelegate Callback)
 {
-    const FOnErrorOnlyDelegate OnError = [Callback](FModioErrorCode Error) {
-        if (Callback)
-        {
-            Callback(std::move(Error), std::nullopt);
-        }
-    };
+    const FOnErrorOnlyDelegate OnError = FailureOnly(Callback);
     if (const std::optional<FModioErrorCode> Refusal = RefusalToStartAuthorized())
     {
         Complete(OnError, *Refusal);
