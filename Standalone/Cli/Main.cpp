@@ -142,7 +142,9 @@ int main(int Argc, char** Argv)
     CLI::App* Install = App.add_subcommand("install", "Download a shared source plug-in from mod.io into the project's plug-ins");
     std::string InstallModId;
     Install->add_option("modid", InstallModId, "The source plug-in's mod id on mod.io (digits)")->required();
-    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId); });
+    bool bInstallJson = false;
+    Install->add_flag("--json", bInstallJson, "Print the result as JSON");
+    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId, bInstallJson); });
 
     CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
     bool bModsJson = false;

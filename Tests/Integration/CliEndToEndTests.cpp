@@ -133,8 +133,9 @@ TEST_F(CliEndToEnd, CreateUploadAndInstallLandOnTheServiceAndOnDisk)
     }
     EXPECT_TRUE(fs::exists(InProject("Saved/Cooked/Workshop/UGC" + ModId + "/Windows/UGC" + ModId + "/UGC" + ModId + ".pak")));
 
-    const FRun Installed = Maptorn("install 1006");
+    const FRun Installed = Maptorn("install 1006 --json");
     ASSERT_EQ(Installed.ExitCode, 0) << Installed.Out;
+    EXPECT_EQ(nlohmann::json::parse(Installed.Out.substr(Installed.Out.find('{')), nullptr, false).value("plugin", std::string()), "UGC1006");
     EXPECT_TRUE(fs::exists(InProject("Plugins/UGC1006/UGC1006.uplugin")));
     EXPECT_NE(Service.LogTail(400).find("/sandbox/files/"), std::string::npos) << "the archive came from the service";
 }

@@ -73,7 +73,7 @@ int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunMods(const FCommandContext& Context, bool bJson);
-int RunInstall(const FCommandContext& Context, const std::string& ModId);
+int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson = false);
 int RunLogin(const FCommandContext& Context, const std::string& Email, const std::string& Code);
 int RunLogout(const FCommandContext& Context);
 int RunWhoAmI(const FCommandContext& Context, bool bJson);

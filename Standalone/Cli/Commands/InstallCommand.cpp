@@ -7,12 +7,15 @@
 
 #include "Common/Paths.h"
 
+#include <nlohmann/json.hpp>
+
 #include <ostream>
+#include <sstream>
 #include <unistd.h>
 
 namespace Maptorn::Cli
 {
-int RunInstall(const FCommandContext& Context, const std::string& ModId)
+int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson)
 {
     if (ModId.empty() || ModId.size() > 18 || ModId.find_first_not_of("0123456789") != std::string::npos)
     {
@@ -47,7 +50,9 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId)
     {
         return Fail(Context, ExitFailed, "Nothing was downloaded; your plug-in " + Record->PluginName + " is unchanged.");
     }
-    FProgressLine Progress(Context.Out, isatty(STDOUT_FILENO) != 0);
+    // JSON output stays one document: no progress lines then.
+    std::ostringstream Quiet;
+    FProgressLine Progress(bJson ? static_cast<std::ostream&>(Quiet) : Context.Out, !bJson && isatty(STDOUT_FILENO) != 0);
     Run->TickUntil([&Client] { return !Client.ActiveDownload && Client.DownloadQueue.empty(); }, [&] {
         if (Client.ActiveDownload)
         {
@@ -63,9 +68,15 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId)
         return Fail(Context, ExitFailed, "The download or install of " + Record->PluginName + " failed (run with --verbose for the log). "
             "The project's plug-ins are as they were.");
     }
-    Context.Out << "Installed " << Record->PluginName << " into "
-                << Paths::Combine(Paths::ConvertRelativePathToFull(Run->Host->Engine.GetBaseDir(), Run->Host->Engine.ProjectPluginsDir()), Record->PluginName)
-                << "; restart the editor to load it.\n";
+    const std::string PluginDir =
+        Paths::Combine(Paths::ConvertRelativePathToFull(Run->Host->Engine.GetBaseDir(), Run->Host->Engine.ProjectPluginsDir()), Record->PluginName);
+    if (bJson)
+    {
+        Context.Out << nlohmann::json{{"mod_id", ModId}, {"plugin", Record->PluginName}, {"plugin_dir", PluginDir},
+                                      {"version", Client.FinishedDownloads[ModId]}}.dump(2) << "\n";
+        return ExitSuccess;
+    }
+    Context.Out << "Installed " << Record->PluginName << " into " << PluginDir << "; restart the editor to load it.\n";
     return ExitSuccess;
 }
 }
