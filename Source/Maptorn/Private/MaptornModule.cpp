@@ -20,6 +20,7 @@
 #include "Slate/SlateGameResources.h"
 #include "Styling/AppStyle.h"
 #include "Styling/SlateStyleRegistry.h"
+#include "UI/KelvorWorkshopWindow.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Text/STextBlock.h"
@@ -170,18 +171,12 @@ void FMaptornModule::OnEnginePreExit()
 
 TSharedRef<SDockTab> FMaptornModule::OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs)
 {
-	// A placeholder until the workshop window widget is written.
 	return SNew(SDockTab)
 		.TabRole(ETabRole::NomadTab)
 		.Label(LOCTEXT("TabTitle", "Kelvor Workshop"))
 		.ContentPadding(5)
 		[
-			SNew(SBorder)
-			.Padding(4)
-			[
-				SNew(STextBlock)
-				.Text(LOCTEXT("WorkshopPlaceholder", "Kelvor Workshop"))
-			]
+			SNew(SKelvorWorkshopWindow)
 		];
 }
 

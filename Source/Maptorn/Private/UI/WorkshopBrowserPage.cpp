@@ -1,0 +1,191 @@
+// The source-plug-in browser: sort and search, the catalogue rows, paging and the download line.
+
+#include "UI/KelvorWorkshopWindow.h"
+
+#include "UI/SlateValues.h"
+
+#include "Styling/AppStyle.h"
+#include "Widgets/Images/SImage.h"
+#include "Widgets/Input/SButton.h"
+#include "Widgets/Input/SComboBox.h"
+#include "Widgets/Input/SSearchBox.h"
+#include "Widgets/Layout/SBorder.h"
+#include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/Notifications/SProgressBar.h"
+#include "Widgets/SBoxPanel.h"
+#include "Widgets/Text/STextBlock.h"
+
+#define LOCTEXT_NAMESPACE "KelvorWorkshop"
+
+using namespace MaptornSlate;
+using Maptorn::ESourceModQueryType;
+
+namespace
+{
+FText SortLabel(ESourceModQueryType Sort)
+{
+	switch (Sort)
+	{
+	case ESourceModQueryType::Installed: return LOCTEXT("SortInstalled", "Installed");
+	case ESourceModQueryType::Popular: return LOCTEXT("SortPopular", "Popular");
+	case ESourceModQueryType::Subscribers: return LOCTEXT("SortSubscribers", "Subscribers");
+	case ESourceModQueryType::Newest: return LOCTEXT("SortNewest", "Newest");
+	case ESourceModQueryType::LastUpdated: return LOCTEXT("SortUpdated", "Last Updated");
+	case ESourceModQueryType::Rating: return LOCTEXT("SortRating", "Rating");
+	case ESourceModQueryType::Downloads: return LOCTEXT("SortDownloads", "Downloads");
+	case ESourceModQueryType::NameAscending: return LOCTEXT("SortNameUp", "Name A-Z");
+	case ESourceModQueryType::NameDescending: return LOCTEXT("SortNameDown", "Name Z-A");
+	}
+	return FText::GetEmpty();
+}
+}
+
+TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
+{
+	for (uint32 Value = 0; Value <= static_cast<uint32>(ESourceModQueryType::NameDescending); ++Value)
+	{
+		SortItems.Add(MakeShared<ESourceModQueryType>(static_cast<ESourceModQueryType>(Value)));
+	}
+	CurrentSortItem = SortItems[static_cast<int32>(ESourceModQueryType::Popular)];
+
+	return SNew(SBorder)
+		.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
+		[
+			SNew(SVerticalBox)
+			+ SVerticalBox::Slot().AutoHeight()[MakeHeading(LOCTEXT("SelectPlugins", "Select Plugins to Download to Your Project"))]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4)
+			[
+				SNew(SHorizontalBox)
+				+ SHorizontalBox::Slot().AutoWidth()
+				[
+					SNew(SComboBox<TSharedPtr<ESourceModQueryType>>)
+					.OptionsSource(&SortItems)
+					.InitiallySelectedItem(CurrentSortItem)
+					.OnGenerateWidget_Lambda([](TSharedPtr<ESourceModQueryType> Item) { return SNew(STextBlock).Text(SortLabel(*Item)); })
+					.OnSelectionChanged_Lambda([this](TSharedPtr<ESourceModQueryType> Item, ESelectInfo::Type) {
+						CurrentSortItem = Item;
+						Controller->UpdatedFilters(Item.IsValid() ? std::optional<ESourceModQueryType>(*Item) : std::nullopt);
+					})
+					[
+						SNew(STextBlock).Text_Lambda([this] { return CurrentSortItem.IsValid() ? SortLabel(*CurrentSortItem) : FText::GetEmpty(); })
+					]
+				]
+				+ SHorizontalBox::Slot().FillWidth(1.0f).Padding(4, 0)
+				[
+					SNew(SSearchBox)
+					.HintText(LOCTEXT("SearchHint", "Search for Source Plugins"))
+					.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnSourceModSearchChanged(MaptornString::ToStd(Text.ToString())); })
+				]
+			]
+			+ SVerticalBox::Slot().FillHeight(1.0f).Padding(4)[SAssignNew(SourceModRows, SScrollBox)]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4)
+			[
+				SNew(SHorizontalBox)
+				+ SHorizontalBox::Slot().AutoWidth()
+				[
+					SNew(SButton)
+					.IsEnabled_Lambda([this] { return Controller->IsPreviousPageEnabled(); })
+					.OnClicked_Lambda([this] { return Handled(Controller->OnPreviousModPageClicked()); })
+					[
+						SNew(SHorizontalBox)
+						+ SHorizontalBox::Slot().AutoWidth()[SNew(SImage).Image(FAppStyle::GetBrush("Icons.ArrowLeft"))]
+						+ SHorizontalBox::Slot().AutoWidth()[SNew(STextBlock).Text(LOCTEXT("PreviousPage", "Previous Page"))]
+					]
+				]
+				+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
+				[
+					SNew(SButton)
+					.IsEnabled_Lambda([this] { return Controller->IsNextPageEnabled(); })
+					.OnClicked_Lambda([this] { return Handled(Controller->OnNextModPageClicked()); })
+					[
+						SNew(SHorizontalBox)
+						+ SHorizontalBox::Slot().AutoWidth()[SNew(STextBlock).Text(LOCTEXT("NextPage", "Next Page"))]
+						+ SHorizontalBox::Slot().AutoWidth()[SNew(SImage).Image(FAppStyle::GetBrush("Icons.ArrowRight"))]
+					]
+				]
+				+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
+				[
+					SNew(SButton)
+					.IsEnabled_Lambda([this] { return Controller->CanGatherSourceMods(); })
+					.OnClicked_Lambda([this] { return Handled(Controller->OnRefreshModPageClicked()); })
+					[
+						SNew(SImage).Image(FAppStyle::GetBrush("Icons.Refresh"))
+					]
+				]
+				+ SHorizontalBox::Slot().FillWidth(1.0f).Padding(4, 0)
+				[
+					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetPageStatus()); })
+				]
+			]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4)
+			[
+				SNew(SVerticalBox)
+				.Visibility_Lambda([this] { return ToSlate(Controller->GetModDownloadVisibility()); })
+				+ SVerticalBox::Slot().AutoHeight()
+				[
+					SNew(SProgressBar).Percent_Lambda([this] { return TOptional<float>(Controller->GetDownloadProgress().value_or(0.0f)); })
+				]
+				+ SVerticalBox::Slot().AutoHeight()
+				[
+					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetDownloadProgressText()); })
+				]
+			]
+		];
+}
+
+void SKelvorWorkshopWindow::RebuildSourceModRows()
+{
+	if (!SourceModRows.IsValid())
+	{
+		return;
+	}
+	SourceModRows->ClearChildren();
+	const std::vector<Maptorn::FWorkshopSourcePluginEntry>& Rows = Controller->GetSourceModRows();
+	for (size_t Index = 0; Index < Rows.size(); ++Index)
+	{
+		auto Row = [this, Index]() -> const Maptorn::FWorkshopSourcePluginEntry* {
+			const std::vector<Maptorn::FWorkshopSourcePluginEntry>& Current = Controller->GetSourceModRows();
+			return Index < Current.size() ? &Current[Index] : nullptr;
+		};
+		const Maptorn::FSourceModInfo& Mod = Rows[Index].GetModInfo();
+		FString Badges;
+		Badges += Mod.bWindows ? TEXT("PC Compatible  ") : TEXT("");
+		Badges += Mod.bOculus ? TEXT("Android Compatible") : TEXT("");
+		SourceModRows->AddSlot().Padding(2)
+		[
+			SNew(SBorder)
+			.BorderImage(FAppStyle::GetBrush("WhiteBrush"))
+			.BorderBackgroundColor(FAppStyle::GetSlateColor("Colors.Background"))
+			.Padding(4)
+			[
+				SNew(SVerticalBox)
+				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).Font(FAppStyle::GetFontStyle("NormalFontBold")).Text(ToText(Mod.Name))]
+				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).AutoWrapText(true).Text(ToText(Mod.Summary))]
+				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).Text(FText::FromString(Badges))]
+				+ SVerticalBox::Slot().AutoHeight()
+				[
+					SNew(SHorizontalBox)
+					+ SHorizontalBox::Slot().FillWidth(1.0f)
+					[
+						SNew(STextBlock).Text_Lambda([Row] { return Row() ? ToText(Row()->GetStatusText()) : FText::GetEmpty(); })
+					]
+					+ SHorizontalBox::Slot().AutoWidth()
+					[
+						SNew(SButton)
+						.Text(LOCTEXT("AddToProject", "Add to Project"))
+						.IsEnabled_Lambda([Row] { return Row() && Row()->IsButtonEnabled(); })
+						.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnModButtonClicked()); })
+					]
+					+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
+					[
+						SNew(SButton)
+						.Text(LOCTEXT("SourceModioPage", "Modio Page"))
+						.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnOpenModPageClicked()); })
+					]
+				]
+			]
+		];
+	}
+}
+
+#undef LOCTEXT_NAMESPACE
