@@ -19,8 +19,8 @@ void FCurlHttpRequest::SetVerb(const std::string& InVerb)
 {
     if (!bStarted)
     {
-        Verb = InVerb;
-        std::transform(Verb.begin(), Verb.end(), Verb.begin(),
+        Setup.Verb = InVerb;
+        std::transform(Setup.Verb.begin(), Setup.Verb.end(), Setup.Verb.begin(),
             [](char C) { return static_cast<char>(std::toupper(static_cast<unsigned char>(C))); });
     }
 }
@@ -29,7 +29,7 @@ void FCurlHttpRequest::SetURL(const std::string& InUrl)
 {
     if (!bStarted)
     {
-        Url = InUrl;
+        Setup.Url = InUrl;
     }
 }
 
@@ -37,7 +37,7 @@ void FCurlHttpRequest::SetHeader(const std::string& Name, const std::string& Val
 {
     if (!bStarted && !Name.empty())
     {
-        SetHeaderReplacing(Headers, Name, Value);
+        SetHeaderReplacing(Setup.Headers, Name, Value);
     }
 }
 
@@ -45,9 +45,9 @@ void FCurlHttpRequest::SetContent(std::vector<uint8> InContent)
 {
     if (!bStarted)
     {
-        Content = std::move(InContent);
-        ContentFile.reset();
-        ContentFileSize = 0;
+        Setup.Content = std::move(InContent);
+        Setup.ContentFile.reset();
+        Setup.ContentFileSize = 0;
     }
 }
 
@@ -72,10 +72,10 @@ bool FCurlHttpRequest::SetContentAsStreamedFile(const std::string& FilePath)
     {
         return false;
     }
-    Content.clear();
-    Content.shrink_to_fit();
-    ContentFile = std::move(File);
-    ContentFileSize = static_cast<int64>(Size);
+    Setup.Content.clear();
+    Setup.Content.shrink_to_fit();
+    Setup.ContentFile = std::move(File);
+    Setup.ContentFileSize = static_cast<int64>(Size);
     return true;
 }
 
@@ -83,8 +83,8 @@ void FCurlHttpRequest::SetResponseBodyFile(const std::string& FilePath, bool bAp
 {
     if (!bStarted)
     {
-        ResponseBodyFile = FilePath;
-        bAppendResponseBody = bAppend;
+        Setup.ResponseBodyFile = FilePath;
+        Setup.bAppendResponseBody = bAppend;
     }
 }
 
@@ -92,28 +92,28 @@ void FCurlHttpRequest::SetTimeout(float Seconds)
 {
     if (!bStarted)
     {
-        StallTimeoutSeconds = Seconds > 0.0f ? std::max(1L, static_cast<long>(std::ceil(Seconds))) : 0L;
+        Setup.StallTimeoutSeconds = Seconds > 0.0f ? std::max(1L, static_cast<long>(std::ceil(Seconds))) : 0L;
     }
 }
 
 std::string FCurlHttpRequest::GetHeader(const std::string& Name) const
 {
-    return FindHeader(Headers, Name);
+    return FindHeader(Setup.Headers, Name);
 }
 
 bool FCurlHttpRequest::ProcessRequest()
 {
     std::shared_ptr<FCurlTransferThread> Thread = TransferThread.lock();
-    if (bStarted || !Thread || Url.empty())
+    if (bStarted || !Thread || Setup.Url.empty())
     {
         return false;
     }
     bStarted = true;
     Status = EHttpRequestStatus::Processing;
-    FCurlTransferSetup Setup{Verb, Url, Headers, std::move(Content), std::move(ContentFile), ContentFileSize,
-        ResponseBodyFile, bAppendResponseBody, StallTimeoutSeconds};
+    FCurlTransferSetup Transfer{Setup.Verb, Setup.Url, Setup.Headers, std::move(Setup.Content), std::move(Setup.ContentFile),
+        Setup.ContentFileSize, Setup.ResponseBodyFile, Setup.bAppendResponseBody, Setup.StallTimeoutSeconds};
     TransferId =
-        Thread->Start(std::make_unique<FCurlTransfer>(shared_from_this(), std::move(Setup), Thread->GetDelivery()));
+        Thread->Start(std::make_unique<FCurlTransfer>(shared_from_this(), std::move(Transfer), Thread->GetDelivery()));
     if (TransferId == 0)
     {
         Status = EHttpRequestStatus::Failed;

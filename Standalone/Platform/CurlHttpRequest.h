@@ -30,8 +30,8 @@ public:
     void SetResponseBodyFile(const std::string& FilePath, bool bAppend) override;
     void SetTimeout(float Seconds) override;
 
-    std::string GetVerb() const override { return Verb; }
-    std::string GetURL() const override { return Url; }
+    std::string GetVerb() const override { return Setup.Verb; }
+    std::string GetURL() const override { return Setup.Url; }
     std::string GetHeader(const std::string& Name) const override;
     EHttpRequestStatus GetStatus() const override { return Status.load(); }
     FHttpResponsePtr GetResponse() const override { return Response; }
@@ -53,15 +53,8 @@ public:
 private:
     std::weak_ptr<FCurlTransferThread> TransferThread;
 
-    std::string Verb = "GET";
-    std::string Url;
-    FHttpHeaderList Headers;
-    std::vector<uint8> Content;
-    FUniqueFile ContentFile;
-    int64 ContentFileSize = 0;
-    std::string ResponseBodyFile;
-    bool bAppendResponseBody = false;
-    long StallTimeoutSeconds = 0;
+    // What the transfer is started with; its body moves to the transfer, the rest stays readable.
+    FCurlTransferSetup Setup;
 
     FHttpRequestCompleteDelegate CompleteDelegate;
     FHttpRequestProgressDelegate ProgressDelegate;

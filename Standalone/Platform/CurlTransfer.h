@@ -27,7 +27,7 @@ using FUniqueFile = std::unique_ptr<std::FILE, FFileCloser>;
 // What a request hands over when it starts; the request keeps no copy of its body.
 struct FCurlTransferSetup
 {
-    std::string Verb;
+    std::string Verb = "GET";
     std::string Url;
     FHttpHeaderList Headers;
     std::vector<uint8> Content;
