@@ -76,6 +76,10 @@ private:
 
     // A request with Token answered 401: the token is dead, unless a new login replaced it meanwhile.
     void ForgetLoginIfRefused(int32 Status, const std::string& Token);
+    // Posts a mod's form-data (fields and logo); OnAccepted reads a 2xx answer and says whether
+    // it was what the request gives. Refusals and unreadable answers complete OnError.
+    void PostModForm(const std::string& Url, const std::string& Body, std::function<bool(const std::string&)> OnAccepted,
+        FOnErrorOnlyDelegate OnError);
     void PostUploadedEvent(FModioModID Mod, FModioErrorCode Error);
     void FinishUploadIfDone();
 

@@ -83,33 +83,19 @@ void FRestModioSession::SubmitNewModAsync(FModioModCreationHandle, const FModioC
         Complete(OnError, *Unreadable);
         return;
     }
-    const std::string Token = AccessToken;
-    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::ModsUrl(BaseUrl, GameId), Token);
-    if (Request)
-    {
-        Request->SetHeader("Content-Type", ModioRest::FormContentType());
-        Request->SetContentAsString(MakeModBody(ModioRest::AddModFields(Params), Params.PathToLogoFile, Logo));
-    }
-    Send(Request,
-        [this, Callback, OnError, Token](int32 Status, const std::string& Body) {
-            if (Status < 200 || Status >= 300)
-            {
-                Complete(OnError, ModioRest::ErrorFromAnswer(Status, Body), Token);
-                ForgetLoginIfRefused(Status, Token);
-                return;
-            }
+    PostModForm(ModioRest::ModsUrl(BaseUrl, GameId), MakeModBody(ModioRest::AddModFields(Params), Params.PathToLogoFile, Logo),
+        [this, Callback](const std::string& Body) {
             const std::optional<FModioModID> Mod = ModioRest::ReadModId(Body);
-            if (!Mod)
+            if (Mod)
             {
-                Complete(OnError, ModioRest::UnexpectedAnswer());
-                return;
+                Post([Callback, Mod] {
+                    if (Callback)
+                    {
+                        Callback(FModioErrorCode{}, Mod);
+                    }
+                });
             }
-            Post([Callback, Mod] {
-                if (Callback)
-                {
-                    Callback(FModioErrorCode{}, Mod);
-                }
-            });
+            return Mod.has_value();
         },
         OnError);
 }
@@ -139,33 +125,45 @@ void FRestModioSession::SubmitModChangesAsync(FModioModID Mod, const FModioEditM
         }
     }
     // mod.io edits with POST now (PUT before); form-data takes the logo as well as the fields.
+    PostModForm(ModioRest::ModUrl(BaseUrl, GameId, Mod), MakeModBody(Fields, LogoPath, Logo),
+        [this, Callback](const std::string& Body) {
+            std::optional<FModioModInfo> Info = ModioRest::ReadModInfo(Body);
+            const bool bRead = Info.has_value();
+            if (bRead)
+            {
+                Post([Callback, Info = std::move(Info)] {
+                    if (Callback)
+                    {
+                        Callback(FModioErrorCode{}, Info);
+                    }
+                });
+            }
+            return bRead;
+        },
+        OnError);
+}
+
+void FRestModioSession::PostModForm(const std::string& Url, const std::string& Body, std::function<bool(const std::string&)> OnAccepted,
+    FOnErrorOnlyDelegate OnError)
+{
     const std::string Token = AccessToken;
-    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::ModUrl(BaseUrl, GameId, Mod), Token);
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST", Url, Token);
     if (Request)
     {
         Request->SetHeader("Content-Type", ModioRest::FormContentType());
-        Request->SetContentAsString(MakeModBody(Fields, LogoPath, Logo));
+        Request->SetContentAsString(Body);
     }
     Send(Request,
-        [this, Callback, OnError, Token](int32 Status, const std::string& Body) {
+        [this, OnAccepted = std::move(OnAccepted), OnError, Token](int32 Status, const std::string& Answer) {
             if (Status < 200 || Status >= 300)
             {
-                Complete(OnError, ModioRest::ErrorFromAnswer(Status, Body), Token);
+                Complete(OnError, ModioRest::ErrorFromAnswer(Status, Answer), Token);
                 ForgetLoginIfRefused(Status, Token);
-                return;
             }
-            std::optional<FModioModInfo> Info = ModioRest::ReadModInfo(Body);
-            if (!Info)
+            else if (!OnAccepted(Answer))
             {
                 Complete(OnError, ModioRest::UnexpectedAnswer());
-                return;
             }
-            Post([Callback, Info = std::move(Info)] {
-                if (Callback)
-                {
-                    Callback(FModioErrorCode{}, Info);
-                }
-            });
         },
         OnError);
 }
