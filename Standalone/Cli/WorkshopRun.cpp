@@ -33,8 +33,9 @@ std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context
     // The first frame delivers the initialisation, which starts the check of the stored login.
     Run->TickUntil([] { return true; });
     Run->WaitForModio();
-    // A verified login refreshes the user's own mods at once; commands read that list.
-    Run->TickUntil([&Run] { return !Run->Client().bOwnModRefreshBusy; });
+    // A verified login refreshes the user's own mods at once and starts the browser's first
+    // catalogue query; commands read the one and send their own queries after the other.
+    Run->TickUntil([&Run] { return !Run->Client().bOwnModRefreshBusy && !Run->Client().bSourceQueryBusy; });
     return Run;
 }
 

@@ -75,8 +75,6 @@ int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request)
         return Fail(Context, ExitNoEnvironment, Error);
     }
     FModioInterface& Client = Run->Client();
-    // A fresh login starts the browser's first query; the page asked for comes after it.
-    Run->TickUntil([&Client] { return !Client.bSourceQueryBusy; });
 
     // The browser's search box, sort combo and page, then its refresh button.
     Client.SourceQuery.SortType = Sort->second;

@@ -28,8 +28,6 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         return Fail(Context, ExitNoEnvironment, Error);
     }
     FModioInterface& Client = Run->Client();
-    // The browser may still be answering the first catalogue query of a fresh login.
-    Run->TickUntil([&Client] { return !Client.bSourceQueryBusy; });
 
     std::optional<FSourceModInfo> Record;
     bool bAnswered = false;
