@@ -6,6 +6,7 @@
 #include "Common/Md5.h"
 #include "Platform/RestModFileRequests.h"
 #include "Platform/RestModioSessionRequests.h"
+#include "Transfer/FormDataBody.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -38,30 +39,16 @@ std::string MakeTemporaryFolder(const std::string& Parent)
     return ::mkdtemp(Template.data()) ? Template : std::string();
 }
 
+// The archive is copied into the body a mebibyte at a time.
+constexpr int64 BodyCopyPiece = int64(1) << 20;
+
 // Head, archive, tail: the body of the single request, streamed from disk by the HTTP adapter.
 bool WriteFormBody(const std::string& Head, const std::string& ArchivePath, const std::string& Tail, const std::string& BodyPath,
     const std::atomic<bool>& bCancelled)
 {
-    std::ifstream Archive(ArchivePath, std::ios::binary);
-    std::ofstream Body(BodyPath, std::ios::binary | std::ios::trunc);
-    if (!Archive || !Body)
-    {
-        return false;
-    }
-    Body.write(Head.data(), static_cast<std::streamsize>(Head.size()));
-    std::vector<char> Chunk(1u << 20);
-    while (Archive && Body && !bCancelled.load())
-    {
-        Archive.read(Chunk.data(), static_cast<std::streamsize>(Chunk.size()));
-        Body.write(Chunk.data(), Archive.gcount());
-    }
-    if (!Archive.eof() || bCancelled.load())
-    {
-        return false;
-    }
-    Body.write(Tail.data(), static_cast<std::streamsize>(Tail.size()));
-    Body.close();
-    return static_cast<bool>(Body);
+    std::vector<uint8> Buffer;
+    int64 BodySize = 0;
+    return WriteBodyAroundFile(Head, ArchivePath, Tail, BodyPath, Buffer, BodySize, BodyCopyPiece, &bCancelled) == EFormDataBodyError::None;
 }
 }
 

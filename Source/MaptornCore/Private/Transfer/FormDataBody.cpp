@@ -38,8 +38,8 @@ std::string MakeFormDataTail()
     return Printf("\r\n--%s--\r\n", FormDataBoundary);
 }
 
-EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::string& SourceFile, const std::string& BodyFile,
-    std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize)
+EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
+    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
 {
     OutBodySize = 0;
     std::ofstream Body(BodyFile, std::ios::binary | std::ios::trunc);
@@ -47,12 +47,11 @@ EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::s
     {
         return EFormDataBodyError::BodyNotWritable;
     }
-    const std::string Head = MakeFormDataHead(Fields);
     Body.write(Head.data(), static_cast<std::streamsize>(Head.size()));
-    if (Fields.bIncludeFile)
+    if (SourceFile)
     {
-        std::ifstream Source(SourceFile, std::ios::binary);
-        const int64 FileSize = FileSystem::FileSize(SourceFile);
+        std::ifstream Source(*SourceFile, std::ios::binary);
+        const int64 FileSize = FileSystem::FileSize(*SourceFile);
         if (!Source || FileSize < 0)
         {
             return EFormDataBodyError::FileNotReadable;
@@ -60,6 +59,10 @@ EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::s
         int64 Copied = 0;
         while (Copied < FileSize)
         {
+            if (bCancelled && bCancelled->load())
+            {
+                return EFormDataBodyError::Cancelled;
+            }
             const int64 Piece = std::min(ChunkSize, FileSize - Copied);
             PartBuffer.resize(static_cast<std::size_t>(Piece));
             Source.seekg(Copied);
@@ -77,7 +80,6 @@ EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::s
             return EFormDataBodyError::ShortRead;
         }
     }
-    const std::string Tail = MakeFormDataTail();
     Body.write(Tail.data(), static_cast<std::streamsize>(Tail.size()));
     Body.close();
     if (!Body)
@@ -86,5 +88,14 @@ EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::s
     }
     OutBodySize = FileSystem::FileSize(BodyFile);
     return EFormDataBodyError::None;
+}
+
+EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::string& SourceFile, const std::string& BodyFile,
+    std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize)
+{
+    // Without the file the source is never opened, whatever name it has.
+    return WriteBodyAroundFile(MakeFormDataHead(Fields), Fields.bIncludeFile ? std::optional<std::string>(SourceFile) : std::nullopt,
+        MakeFormDataTail(), BodyFile,
+        PartBuffer, OutBodySize, ChunkSize);
 }
 }

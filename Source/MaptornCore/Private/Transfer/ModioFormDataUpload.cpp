@@ -54,6 +54,8 @@ bool FModioMultipartUpload::BuildFormDataBody(bool bIncludeFile, std::string& Ou
     case EFormDataBodyError::ShortRead:
         LogError("Assertion failed: FileReadSize == FileTotalSize");
         return false;
+    case EFormDataBodyError::Cancelled: // this body is never written with a cancel flag
+        return false;
     }
     return false;
 }

@@ -2,6 +2,8 @@
 
 #include "Common/CoreTypes.h"
 
+#include <atomic>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,7 @@ enum class EFormDataBodyError
     BodyNotWritable,   // the temporary body file could not be created
     FileNotReadable,   // the file to send could not be opened
     ShortRead,         // fewer bytes were read than the file holds
+    Cancelled,         // the owner stopped the copy
 };
 
 // Everything before the file's bytes: the three text fields (header lines even when empty) and,
@@ -34,6 +37,13 @@ enum class EFormDataBodyError
 std::string MakeFormDataHead(const FFormDataFields& Fields);
 // The closing boundary.
 std::string MakeFormDataTail();
+
+// Writes Head, the bytes of SourceFile (none without one) copied through PartBuffer in pieces
+// of at most ChunkSize bytes, then Tail into BodyFile, so a large file never sits in memory whole.
+// bCancelled, when given, stops the copy between pieces. OutBodySize is the body file's size.
+EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
+    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize,
+    const std::atomic<bool>* bCancelled = nullptr);
 
 // Writes the whole body to BodyFile: head, the file copied through PartBuffer in chunks of at most
 // ChunkSize bytes, tail. OutBodySize is the body file's size.
