@@ -51,7 +51,8 @@ void FModioInterface::QuerySourceModsOnce()
     }
 }
 
-void FModioInterface::VerifyLogin()
+void FModioInterface::CallWhileBusy(const std::function<void(IModioSession&, FOnErrorOnlyDelegate)>& Call,
+    std::function<void(FModioErrorCode)> OnDone)
 {
     IModioSession* Session = Platform.ModioSession;
     if (!Session)
@@ -59,40 +60,48 @@ void FModioInterface::VerifyLogin()
         return;
     }
     bIsModioBusy = true;
-    Session->VerifyUserAuthenticationAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
-        if (ErrorCode)
-        {
-            LogTemp(Printf("User not authenticated Error Code %s", ErrorCode.GetErrorMessage().c_str()));
-            bIsLoggedIn = false;
-        }
-        else
-        {
-            OwnModRefreshCountdown = OwnModRefreshInterval;
-            bIsLoggedIn = true;
-            RefreshOwnMods();
-            QuerySourceModsOnce();
-        }
+    Call(*Session, Guarded<FModioErrorCode>([this, OnDone = std::move(OnDone)](FModioErrorCode ErrorCode) {
+        OnDone(ErrorCode);
         bIsModioBusy = false;
     }));
 }
 
+void FModioInterface::OnVerificationFailed(const FModioErrorCode& ErrorCode)
+{
+    LogTemp(Printf("User not authenticated Error Code %s", ErrorCode.GetErrorMessage().c_str()));
+    bIsLoggedIn = false;
+}
+
+void FModioInterface::VerifyLogin()
+{
+    CallWhileBusy([](IModioSession& Session, FOnErrorOnlyDelegate Done) { Session.VerifyUserAuthenticationAsync(std::move(Done)); },
+        [this](FModioErrorCode ErrorCode) {
+            if (ErrorCode)
+            {
+                OnVerificationFailed(ErrorCode);
+                return;
+            }
+            OwnModRefreshCountdown = OwnModRefreshInterval;
+            bIsLoggedIn = true;
+            RefreshOwnMods();
+            QuerySourceModsOnce();
+        });
+}
+
 void FModioInterface::RecheckLogin()
 {
-    IModioSession* Session = Platform.ModioSession;
-    if (!Session)
+    if (IModioSession* Session = Platform.ModioSession)
     {
-        return;
+        Session->VerifyUserAuthenticationAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
+            if (ErrorCode)
+            {
+                OnVerificationFailed(ErrorCode);
+                return;
+            }
+            bIsLoggedIn = true;
+            QuerySourceModsOnce();
+        }));
     }
-    Session->VerifyUserAuthenticationAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
-        if (ErrorCode)
-        {
-            LogTemp(Printf("User not authenticated Error Code %s", ErrorCode.GetErrorMessage().c_str()));
-            bIsLoggedIn = false;
-            return;
-        }
-        bIsLoggedIn = true;
-        QuerySourceModsOnce();
-    }));
 }
 
 void FModioInterface::RequestEmailCode()
@@ -103,30 +112,24 @@ void FModioInterface::RequestEmailCode()
         LogTemp("Cannot request email code, email is invalid");
         return;
     }
-    IModioSession* Session = Platform.ModioSession;
-    if (!Session)
-    {
-        return;
-    }
-    bIsModioBusy = true;
-    Session->RequestEmailAuthCodeAsync(EmailAddress, Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
-        if (!ErrorCode)
-        {
-            LoginIndex = 2;
-        }
-        else if (ErrorCode.GetValue() == ModioErrorValue::UserAlreadyAuthenticated)
-        {
-            // A login is already held: that counts as logged in, without moving the login step.
-            bIsLoggedIn = true;
-            LogTemp("User already logged in");
-            QuerySourceModsOnce();
-        }
-        else
-        {
-            LogTemp(Printf("Error Requesting Auth Code, the error code was %d %s", ErrorCode.GetValue(), ErrorCode.GetErrorMessage().c_str()));
-        }
-        bIsModioBusy = false;
-    }));
+    CallWhileBusy([this](IModioSession& Session, FOnErrorOnlyDelegate Done) { Session.RequestEmailAuthCodeAsync(EmailAddress, std::move(Done)); },
+        [this](FModioErrorCode ErrorCode) {
+            if (!ErrorCode)
+            {
+                LoginIndex = 2;
+            }
+            else if (ErrorCode.GetValue() == ModioErrorValue::UserAlreadyAuthenticated)
+            {
+                // A login is already held: that counts as logged in, without moving the login step.
+                bIsLoggedIn = true;
+                LogTemp("User already logged in");
+                QuerySourceModsOnce();
+            }
+            else
+            {
+                LogTemp(Printf("Error Requesting Auth Code, the error code was %d %s", ErrorCode.GetValue(), ErrorCode.GetErrorMessage().c_str()));
+            }
+        });
 }
 
 void FModioInterface::Login()
@@ -137,53 +140,37 @@ void FModioInterface::Login()
         LogTemp("Cannot login, auth code isnt the correct length");
         return;
     }
-    IModioSession* Session = Platform.ModioSession;
-    if (!Session)
-    {
-        return;
-    }
-    bIsModioBusy = true;
-    Session->AuthenticateUserEmailAsync(AuthCode, Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
-        if (ErrorCode)
-        {
-            // The typed e-mail and code stay, so that the user can correct them.
-            LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
-        }
-        else
-        {
+    CallWhileBusy([this](IModioSession& Session, FOnErrorOnlyDelegate Done) { Session.AuthenticateUserEmailAsync(AuthCode, std::move(Done)); },
+        [this](FModioErrorCode ErrorCode) {
+            if (ErrorCode)
+            {
+                // The typed e-mail and code stay, so that the user can correct them.
+                LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+                return;
+            }
             bIsLoggedIn = true;
             EmailAddress.clear();
             AuthCode.clear();
             QuerySourceModsOnce();
-        }
-        bIsModioBusy = false;
-    }));
+        });
 }
 
 void FModioInterface::Logout()
 {
-    IModioSession* Session = Platform.ModioSession;
-    if (!Session)
-    {
-        return;
-    }
-    bIsModioBusy = true;
-    Session->ClearUserDataAsync(Guarded<FModioErrorCode>([this](FModioErrorCode ErrorCode) {
-        if (ErrorCode)
-        {
-            // A failed logout reports with the login's message.
-            LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
-        }
-        else
-        {
+    CallWhileBusy([](IModioSession& Session, FOnErrorOnlyDelegate Done) { Session.ClearUserDataAsync(std::move(Done)); },
+        [this](FModioErrorCode ErrorCode) {
+            if (ErrorCode)
+            {
+                // A failed logout reports with the login's message.
+                LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+                return;
+            }
             bIsLoggedIn = false;
             LoginIndex = 0;
             OwnMods.clear();
             OwnModVersions.clear();
             OnUploadListUpdated.Broadcast();
-        }
-        bIsModioBusy = false;
-    }));
+        });
 }
 
 void FModioInterface::Shutdown()

@@ -184,6 +184,10 @@ private:
     std::atomic<bool>& BuildBusyFlag();
     std::atomic<bool> bPackagingBusy = false;
     void QuerySourceModsOnce();
+    // Starts one session call with bIsModioBusy set; its completion runs OnDone, then clears the
+    // flag, so no answer can leave the window locked.
+    void CallWhileBusy(const std::function<void(IModioSession&, FOnErrorOnlyDelegate)>& Call, std::function<void(FModioErrorCode)> OnDone);
+    void OnVerificationFailed(const FModioErrorCode& ErrorCode);
     void OnInitializeComplete(FModioErrorCode ErrorCode);
     void OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected);
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
