@@ -10,11 +10,6 @@
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <set>
 #include <string>
@@ -74,40 +69,6 @@ std::string ZipBytes(const std::vector<FZipEntry>& Entries)
     return Testing::ReadTextFile(Path);
 }
 
-// What arrives on a raw connection: the head, and the body bytes until the server closes.
-struct FRawAnswer
-{
-    std::string Head;
-    std::string Body;
-    size_t ContentLength = 0;
-};
-
-FRawAnswer RawGet(int Port, const std::string& Target)
-{
-    const int Socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in Address{};
-    Address.sin_family = AF_INET;
-    Address.sin_port = htons(static_cast<uint16_t>(Port));
-    Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(::connect(Socket, reinterpret_cast<sockaddr*>(&Address), sizeof(Address)), 0);
-    const std::string Request = "GET " + Target + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";
-    EXPECT_EQ(::send(Socket, Request.data(), Request.size(), 0), static_cast<ssize_t>(Request.size()));
-    std::string Received;
-    char Chunk[4096];
-    for (ssize_t Count = 0; (Count = ::recv(Socket, Chunk, sizeof(Chunk), 0)) > 0;)
-    {
-        Received.append(Chunk, static_cast<size_t>(Count));
-    }
-    ::close(Socket);
-    FRawAnswer Answer;
-    const size_t HeadEnd = Received.find("\r\n\r\n");
-    Answer.Head = Received.substr(0, HeadEnd);
-    Answer.Body = HeadEnd == std::string::npos ? std::string() : Received.substr(HeadEnd + 4);
-    const size_t Length = Answer.Head.find("Content-Length: ");
-    Answer.ContentLength = Length == std::string::npos ? 0 : std::stoul(Answer.Head.substr(Length + 16));
-    return Answer;
-}
-
 class ModioSandboxTest : public ::testing::Test
 {
 protected:
@@ -130,18 +91,6 @@ protected:
         return BodyOf(Result);
     }
 
-    httplib::Result AddMod(const std::string& Token, const std::string& Name, const std::vector<std::string>& Tags)
-    {
-        httplib::MultipartFormDataItems Items = { { "logo", TinyPng(), "logo.png", "image/png" },
-                                                  { "name", Name, "", "" },
-                                                  { "summary", "A mod added by the tests.", "", "" } };
-        for (const std::string& Tag : Tags)
-        {
-            Items.push_back({ "tags[]", Tag, "", "" });
-        }
-        return Http->Post(Mods, BearerFor(Token), Items);
-    }
-
     httplib::Result AddModfile(const std::string& Token, int64 ModId, httplib::MultipartFormDataItems Items)
     {
         return Http->Post(Mods + "/" + std::to_string(ModId) + "/files", BearerFor(Token), Items);
@@ -152,30 +101,6 @@ protected:
 };
 
 // ---- E-mail authentication and credentials ----
-
-TEST_F(ModioSandboxTest, EmailCodeRoundTripGivesATokenForMe)
-{
-    const httplib::Result Requested = Http->Post(Keyed("/v1/oauth/emailrequest"), httplib::Params{ { "email", ModderEmail } });
-    ASSERT_TRUE(Requested);
-    EXPECT_EQ(Requested->status, 200);
-    EXPECT_EQ(BodyOf(Requested)["code"], 201);
-    EXPECT_NE(BodyOf(Requested)["message"].get<std::string>().find("(" + ModderEmail + ")"), std::string::npos);
-
-    const std::string Code = Sandbox.LastCodeFor(ModderEmail);
-    ASSERT_EQ(Code.size(), 5u);
-    EXPECT_TRUE(std::all_of(Code.begin(), Code.end(), [](char C) { return std::isupper(C) || std::isdigit(C); }));
-    EXPECT_EQ(BodyOf(Http->Get("/sandbox/last-code?email=" + ModderEmail))["code"], Code);
-
-    const httplib::Result Exchanged = Http->Post(Keyed("/v1/oauth/emailexchange"), httplib::Params{ { "security_code", Code } });
-    ASSERT_TRUE(Exchanged);
-    EXPECT_EQ(Exchanged->status, 200);
-    const std::string Token = BodyOf(Exchanged)["access_token"];
-    EXPECT_GT(BodyOf(Exchanged)["date_expires"].get<int64>(), 0);
-
-    const json Me = BodyOf(Http->Get("/v1/me", BearerFor(Token)));
-    EXPECT_EQ(Me["id"], 1);
-    EXPECT_EQ(Me["username"], "Modder");
-}
 
 TEST_F(ModioSandboxTest, SecurityCodeIsUsedOnceUnknownOrExpired)
 {
@@ -194,47 +119,36 @@ TEST_F(ModioSandboxTest, SecurityCodeIsUsedOnceUnknownOrExpired)
     EXPECT_EQ(RefOf(Exchange(Sandbox.LastCodeFor(ModderEmail))), 11012);
 }
 
-TEST_F(ModioSandboxTest, InvalidEmailIsAValidationError)
+// A status or an error ref of 0 is not checked.
+TEST_F(ModioSandboxTest, RefusedRequestsAnswerTheirStatusAndErrorRef)
 {
-    const httplib::Result Result = Http->Post(Keyed("/v1/oauth/emailrequest"), httplib::Params{ { "email", "not an address" } });
-    EXPECT_EQ(Result->status, 422);
-    EXPECT_EQ(RefOf(Result), 13009);
-    EXPECT_TRUE(BodyOf(Result)["error"]["errors"].contains("email"));
-}
-
-TEST_F(ModioSandboxTest, ExpiredTokenIsRefusedWithRef11005)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    EXPECT_EQ(Http->Get("/v1/me", BearerFor(Token))->status, 200);
-    Sandbox.ExpireToken(Token);
-    const httplib::Result Result = Http->Get("/v1/me", BearerFor(Token));
-    EXPECT_EQ(Result->status, 401);
-    EXPECT_EQ(RefOf(Result), 11005);
-    EXPECT_FALSE(BodyOf(Result)["error"].contains("errors"));
-}
-
-TEST_F(ModioSandboxTest, ReadsNeedTheRightApiKeyOrAToken)
-{
-    EXPECT_EQ(RefOf(Http->Get(Mods)), 11000);
-    EXPECT_EQ(RefOf(Http->Get(Mods + "?api_key=short")), 11001);
-    EXPECT_EQ(RefOf(Http->Get(Mods + "?api_key=ffffffffffffffffffffffffffffffff")), 11002);
-    EXPECT_EQ(Http->Get(Mods + "?api_key=ffffffffffffffffffffffffffffffff")->status, 401);
+    struct FCase
+    {
+        std::string Name;
+        httplib::Result Result;
+        int Status;
+        int Ref;
+    };
+    std::vector<FCase> Cases;
+    Cases.push_back({ "invalid e-mail", Http->Post(Keyed("/v1/oauth/emailrequest"), httplib::Params{ { "email", "not an address" } }), 422, 13009 });
+    Cases.push_back({ "no api key", Http->Get(Mods), 0, 11000 });
+    Cases.push_back({ "malformed api key", Http->Get(Mods + "?api_key=short"), 0, 11001 });
+    Cases.push_back({ "wrong api key", Http->Get(Mods + "?api_key=ffffffffffffffffffffffffffffffff"), 401, 11002 });
+    Cases.push_back({ "write without a token", Http->Post(Keyed(Mods), httplib::MultipartFormDataItems{ { "name", "No Token", "", "" } }), 401, 0 });
+    Cases.push_back({ "me without a token", Http->Get(Keyed("/v1/me")), 0, 11059 });
+    Cases.push_back({ "unknown path", Http->Get(Keyed("/v1/nothing-here")), 0, 14000 });
+    Cases.push_back({ "unknown game", Http->Get(Keyed("/v1/games/2/mods")), 0, 14001 });
+    Cases.push_back({ "unknown mod", Http->Get(Keyed(Mods + "/999999")), 0, 15022 });
+    for (const FCase& Case : Cases)
+    {
+        SCOPED_TRACE(Case.Name);
+        ASSERT_TRUE(Case.Result);
+        EXPECT_TRUE(Case.Status == 0 || Case.Result->status == Case.Status) << Case.Result->status;
+        EXPECT_TRUE(Case.Ref == 0 || RefOf(Case.Result) == Case.Ref) << RefOf(Case.Result);
+    }
+    EXPECT_TRUE(BodyOf(Cases[0].Result)["error"]["errors"].contains("email"));
     EXPECT_EQ(Http->Get(Keyed(Mods))->status, 200);
     EXPECT_EQ(Http->Get(Mods, BearerFor(Sandbox.IssueTokenFor(ModderEmail)))->status, 200);
-}
-
-TEST_F(ModioSandboxTest, WritesNeedABearerToken)
-{
-    const httplib::Result Result = Http->Post(Keyed(Mods), httplib::MultipartFormDataItems{ { "name", "No Token", "", "" } });
-    EXPECT_EQ(Result->status, 401);
-    EXPECT_EQ(RefOf(Http->Get(Keyed("/v1/me"))), 11059);
-}
-
-TEST_F(ModioSandboxTest, UnknownPathsAndGamesAreNotFound)
-{
-    EXPECT_EQ(RefOf(Http->Get(Keyed("/v1/nothing-here"))), 14000);
-    EXPECT_EQ(RefOf(Http->Get(Keyed("/v1/games/2/mods"))), 14001);
-    EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "/999999"))), 15022);
 }
 
 TEST_F(ModioSandboxTest, ABusyPortIsReportedByStart)
@@ -245,45 +159,37 @@ TEST_F(ModioSandboxTest, ABusyPortIsReportedByStart)
     std::string Error;
     EXPECT_FALSE(Second.Start(Error));
     EXPECT_NE(Error.find(std::to_string(Options.Port)), std::string::npos) << Error;
-    EXPECT_TRUE(Sandbox.GetBaseUrl().ends_with(":" + std::to_string(Options.Port)));
 }
 
 // ---- Listing: filters, sort, paging, platforms ----
 
-TEST_F(ModioSandboxTest, TagsFilterKeepsModsWithAllTagsIgnoringCase)
+TEST_F(ModioSandboxTest, FiltersListExactlyTheMatchingMods)
 {
-    std::set<int64> Expected;
+    std::set<int64> TaggedModAndProps;
     for (const FSeededMod& Mod : Sandbox.SeededMods())
     {
-        const bool bMod = std::count(Mod.Tags.begin(), Mod.Tags.end(), "Mod") > 0;
-        const bool bProps = std::count(Mod.Tags.begin(), Mod.Tags.end(), "Props") > 0;
-        if (bMod && bProps)
+        if (std::count(Mod.Tags.begin(), Mod.Tags.end(), "Mod") && std::count(Mod.Tags.begin(), Mod.Tags.end(), "Props"))
         {
-            Expected.insert(Mod.Id);
+            TaggedModAndProps.insert(Mod.Id);
         }
     }
-    ASSERT_GE(Expected.size(), 3u);
-    EXPECT_EQ(IdsOf(GetList("tags=mod,PROPS")), Expected);
-}
-
-TEST_F(ModioSandboxTest, NameLikeMatchesWildcardsIgnoringCase)
-{
-    EXPECT_EQ(IdsOf(GetList("name-lk=*NEON*")), (std::set<int64>{ 1002 }));
-    EXPECT_EQ(IdsOf(GetList("name-lk=*kit")), (std::set<int64>{ 1005, 1006, 1007 }));
-    EXPECT_EQ(GetList("name-not-lk=*kit")["result_total"], GetList("")["result_total"].get<int64>() - 3);
-}
-
-TEST_F(ModioSandboxTest, IdInListsExactlyThoseMods)
-{
-    EXPECT_EQ(IdsOf(GetList("id-in=1001,1003,1032")), (std::set<int64>{ 1001, 1003, 1032 }));
-    EXPECT_EQ(IdsOf(GetList("id-min=1030&id-max=1032")), (std::set<int64>{ 1030, 1031, 1032 }));
-    EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "?id-in=1001,abc"))), 13009);
-}
-
-TEST_F(ModioSandboxTest, HiddenModsStayOutOfTheCatalogue)
-{
+    ASSERT_GE(TaggedModAndProps.size(), 3u);
+    const std::vector<std::pair<std::string, std::set<int64>>> Cases = {
+        { "tags=mod,PROPS", TaggedModAndProps },  // every tag, in any case
+        { "name-lk=*NEON*", { 1002 } },
+        { "name-lk=*kit", { 1005, 1006, 1007 } },
+        { "id-in=1001,1003,1032", { 1001, 1003, 1032 } },
+        { "id-min=1030&id-max=1032", { 1030, 1031, 1032 } },
+        { "id=1004", {} },  // hidden mods stay out of the catalogue
+    };
+    for (const auto& [Query, Expected] : Cases)
+    {
+        SCOPED_TRACE(Query);
+        EXPECT_EQ(IdsOf(GetList(Query)), Expected);
+    }
     EXPECT_EQ(IdsOf(GetList("")).count(1004), 0u);
-    EXPECT_EQ(GetList("id=1004")["result_total"], 0);
+    EXPECT_EQ(GetList("name-not-lk=*kit")["result_total"], GetList("")["result_total"].get<int64>() - 3);
+    EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "?id-in=1001,abc"))), 13009);
 }
 
 TEST_F(ModioSandboxTest, MyModsIncludeHiddenOnesAndHonourStatusNot)
@@ -296,64 +202,25 @@ TEST_F(ModioSandboxTest, MyModsIncludeHiddenOnesAndHonourStatusNot)
     EXPECT_EQ(Sandbox.OwnerModIdFor(ModderEmail), 1001);
 }
 
-TEST_F(ModioSandboxTest, SortsByNameBothWays)
+TEST_F(ModioSandboxTest, SortsByNameStatsAndDatesBothWays)
 {
-    const auto Names = [](const json& Page)
+    const std::vector<std::pair<std::string, std::string>> Cases = { { "name", "/name" },
+        { "-name", "/name" }, { "-downloads", "/stats/downloads_total" }, { "-popular", "/stats/downloads_today" },
+        { "subscribers", "/stats/subscribers_total" }, { "date_added", "/date_added" } };
+    for (const auto& [Sort, Field] : Cases)
     {
-        std::vector<std::string> Result;
-        for (const json& Mod : Page["data"])
-        {
-            Result.push_back(Mod["name"]);
-        }
-        return Result;
-    };
-    std::vector<std::string> Ascending = Names(GetList("_sort=name"));
-    ASSERT_GT(Ascending.size(), 30u);
-    EXPECT_TRUE(std::is_sorted(Ascending.begin(), Ascending.end()));
-    std::vector<std::string> Descending = Names(GetList("_sort=-name"));
-    std::reverse(Descending.begin(), Descending.end());
-    EXPECT_EQ(Descending, Ascending);
-}
-
-TEST_F(ModioSandboxTest, SortsByStatsAndDates)
-{
-    for (const auto& [Sort, Field] : std::vector<std::pair<std::string, std::string>>{
-             { "-downloads", "downloads_total" }, { "-popular", "downloads_today" }, { "subscribers", "subscribers_total" } })
-    {
-        std::vector<int64> Values;
+        SCOPED_TRACE(Sort);
+        std::vector<json> Values;
         const json Page = GetList("_sort=" + Sort);
         for (const json& Mod : Page["data"])
         {
-            Values.push_back(Mod["stats"][Field]);
+            Values.push_back(Mod[json::json_pointer(Field)]);
         }
-        SCOPED_TRACE(Sort);
+        ASSERT_GT(Values.size(), 30u);
         EXPECT_TRUE(Sort.starts_with("-") ? std::is_sorted(Values.rbegin(), Values.rend())
                                           : std::is_sorted(Values.begin(), Values.end()));
     }
-    std::vector<int64> Added;
-    const json ByDate = GetList("_sort=date_added");
-    for (const json& Mod : ByDate["data"])
-    {
-        Added.push_back(Mod["date_added"]);
-    }
-    EXPECT_TRUE(std::is_sorted(Added.begin(), Added.end()));
     EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "?_sort=colour"))), 13009);
-}
-
-TEST_F(ModioSandboxTest, PagingWithLimitTwentyGivesTwoPagesOfTaggedMods)
-{
-    const json First = GetList("tags=Mod&_limit=20");
-    const json Second = GetList("tags=Mod&_limit=20&_offset=20");
-    EXPECT_EQ(First["result_count"], 20);
-    EXPECT_EQ(First["result_offset"], 0);
-    EXPECT_EQ(First["result_limit"], 20);
-    EXPECT_EQ(First["result_total"], 28);
-    EXPECT_EQ(Second["result_count"], 8);
-    EXPECT_EQ(Second["result_offset"], 20);
-    std::set<int64> All = IdsOf(First);
-    const std::set<int64> Rest = IdsOf(Second);
-    All.insert(Rest.begin(), Rest.end());
-    EXPECT_EQ(All.size(), 28u);
 }
 
 TEST_F(ModioSandboxTest, LimitAboveOneHundredIsClampedToOneHundred)
@@ -374,7 +241,6 @@ TEST_F(ModioSandboxTest, SourcePlatformListsOnlyModsLiveOnSource)
             SourcePlugins.insert(Mod.Id);
         }
     }
-    EXPECT_TRUE(SourcePlugins.count(1005) && SourcePlugins.count(1006) && SourcePlugins.count(1007));
     EXPECT_EQ(IdsOf(Source), SourcePlugins);
     for (const json& Mod : Source["data"])
     {
@@ -385,38 +251,6 @@ TEST_F(ModioSandboxTest, SourcePlatformListsOnlyModsLiveOnSource)
 }
 
 // ---- Adding and editing mods ----
-
-TEST_F(ModioSandboxTest, AddModWithLogoThenEditIt)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    const httplib::Result Added = AddMod(Token, "Test Harbour", { "Map", "Night" });
-    ASSERT_TRUE(Added);
-    ASSERT_EQ(Added->status, 201) << Added->body;
-    const json Mod = BodyOf(Added);
-    const int64 Id = Mod["id"];
-    EXPECT_GE(Id, 2001);
-    EXPECT_TRUE(Added->get_header_value("Location").ends_with("/v1/games/1/mods/" + std::to_string(Id)));
-    EXPECT_EQ(Mod["submitted_by"]["username"], "Modder");
-    EXPECT_EQ(Mod["name_id"], "test-harbour");
-    EXPECT_EQ(Mod["tags"].size(), 2u);
-    EXPECT_TRUE(Mod["modfile"].is_null());
-
-    const std::string LogoUrl = Mod["logo"]["thumb_320x180"];
-    const httplib::Result Logo = Http->Get(LogoUrl.substr(Sandbox.GetBaseUrl().size()));
-    EXPECT_EQ(Logo->body, TinyPng());
-
-    const httplib::Result Edited = Http->Post(Mods + "/" + std::to_string(Id), BearerFor(Token),
-                                              httplib::Params{ { "name", "Test Harbour II" }, { "tags[]", "Mod" } });
-    ASSERT_EQ(Edited->status, 200) << Edited->body;
-    EXPECT_EQ(BodyOf(Edited)["name"], "Test Harbour II");
-    EXPECT_EQ(BodyOf(Edited)["tags"].size(), 1u);
-    EXPECT_EQ(BodyOf(Edited)["tags"][0]["name"], "Mod");
-
-    const httplib::Result Stranger =
-        Http->Post(Mods + "/" + std::to_string(Id), BearerFor(Sandbox.IssueTokenFor(CartographerEmail)),
-                   httplib::Params{ { "name", "Taken Over" } });
-    EXPECT_EQ(Stranger->status, 403);
-}
 
 TEST_F(ModioSandboxTest, AddModChecksLogoAndSummary)
 {
@@ -441,7 +275,7 @@ TEST_F(ModioSandboxTest, AddModAsUrlencodedIsAnUnsupportedMediaType)
 
 // ---- Mod files and downloads ----
 
-TEST_F(ModioSandboxTest, AddedModfileGoesLiveAndDownloadsWholeOrInRanges)
+TEST_F(ModioSandboxTest, AddedModfileGoesLiveAndDownloadsInRanges)
 {
     const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
     const std::string Zip = ZipBytes({ { "Harbour/ReadMe.txt", std::string(3000, 'h') } });
@@ -453,15 +287,9 @@ TEST_F(ModioSandboxTest, AddedModfileGoesLiveAndDownloadsWholeOrInRanges)
                                                { "platforms[]", "source", "", "" } });
     ASSERT_EQ(Added->status, 201) << Added->body;
     const json Modfile = BodyOf(Added);
-    EXPECT_EQ(Modfile["filesize"], Zip.size());
-    EXPECT_EQ(Modfile["filehash"]["md5"], FMd5::OfText(Zip));
     EXPECT_EQ(BodyOf(Http->Get(Keyed(Mods + "/1001")))["modfile"]["id"], Modfile["id"]);
 
     const std::string Download = Modfile["download"]["binary_url"].get<std::string>().substr(Sandbox.GetBaseUrl().size());
-    const httplib::Result Whole = Http->Get(Download);
-    EXPECT_EQ(Whole->status, 200);
-    EXPECT_EQ(Whole->body, Zip);
-
     const httplib::Result Part = Http->Get(Download, { { "Range", "bytes=5-14" } });
     EXPECT_EQ(Part->status, 206);
     EXPECT_EQ(Part->get_header_value("Content-Range"), "bytes 5-14/" + std::to_string(Zip.size()));
@@ -487,18 +315,6 @@ TEST_F(ModioSandboxTest, ModfileMustBeAZipMatchingItsHash)
     const httplib::Result NotZip = AddModfile(Token, 1001, { { "filedata", "plain text", "a.zip", "" } });
     EXPECT_EQ(NotZip->status, 422);
     EXPECT_EQ(AddModfile(Sandbox.IssueTokenFor(CartographerEmail), 1001, { { "filedata", Zip, "a.zip", "" } })->status, 403);
-}
-
-TEST_F(ModioSandboxTest, SeededSourcePluginIsARealArchiveWithItsHash)
-{
-    const json Mod = BodyOf(Http->Get(Keyed(Mods + "/1005"), { { "X-Modio-Platform", "source" } }));
-    const std::string Url = Mod["modfile"]["download"]["binary_url"];
-    const httplib::Result Archive = Http->Get(Url.substr(Sandbox.GetBaseUrl().size()));
-    ASSERT_EQ(Archive->status, 200);
-    EXPECT_EQ(Archive->body.size(), Mod["modfile"]["filesize"].get<size_t>());
-    EXPECT_EQ(FMd5::OfText(Archive->body), Mod["modfile"]["filehash"]["md5"]);
-    EXPECT_NE(Archive->body.find("UGC1005/UGC1005.uplugin"), std::string::npos);
-    EXPECT_NE(Archive->body.find("UGC1005/Content/definition.json"), std::string::npos);
 }
 
 // ---- Multipart upload sessions ----
@@ -534,43 +350,8 @@ protected:
     std::string UploadId;
 };
 
-TEST_F(ModioSandboxMultipart, PartsOfFiftyMiBAreJoinedInOrderIntoTheModfile)
+TEST_F(ModioSandboxMultipart, SessionsAreOpenedForZipArchivesOnly)
 {
-    constexpr size_t PartSize = 52428800;
-    std::string Whole = ZipBytes({ { "Big/ReadMe.txt", "big" } });
-    Whole.resize(PartSize + 1000, 'x');
-    const std::string Total = std::to_string(Whole.size());
-    // The last part first: the session orders parts by their place in the file.
-    const httplib::Result Last =
-        PutPart("bytes 52428800-" + std::to_string(Whole.size() - 1) + "/" + Total, Whole.substr(PartSize));
-    ASSERT_EQ(Last->status, 200) << Last->body;
-    EXPECT_EQ(BodyOf(Last)["part_number"], 2);
-    EXPECT_EQ(BodyOf(Last)["part_size"], 1000);
-    ASSERT_EQ(PutPart("bytes 0-52428799/" + Total, Whole.substr(0, PartSize))->status, 200);
-
-    const json Parts = BodyOf(Http->Get(Sessions + "?upload_id=" + UploadId, BearerFor(Token)));
-    EXPECT_EQ(Parts["result_total"], 2);
-    EXPECT_EQ(Parts["data"][0]["part_number"], 1);
-
-    const httplib::Result Completed = Complete();
-    EXPECT_EQ(Completed->status, 200);
-    EXPECT_EQ(BodyOf(Completed)["status"], 3);
-
-    const httplib::Result Added =
-        AddModfile(Token, 1001, { { "upload_id", UploadId, "", "" }, { "filehash", FMd5::OfText(Whole), "", "" } });
-    ASSERT_EQ(Added->status, 201) << Added->body;
-    EXPECT_EQ(BodyOf(Added)["filename"], "harbour.zip");
-    const std::string Url = BodyOf(Added)["download"]["binary_url"];
-    const httplib::Result Download =
-        Http->Get(Url.substr(Sandbox.GetBaseUrl().size()), { { "Range", "bytes=52428790-52428809" } });
-    EXPECT_EQ(Download->body, Whole.substr(52428790, 20));
-}
-
-TEST_F(ModioSandboxMultipart, SameNonceFindsTheSameSession)
-{
-    const httplib::Result Again =
-        Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n1" } });
-    EXPECT_EQ(BodyOf(Again)["upload_id"], UploadId);
     EXPECT_EQ(RefOf(Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.rar" } })), 13009);
 }
 
@@ -579,6 +360,7 @@ TEST_F(ModioSandboxMultipart, ContentRangeErrorsNameWhatIsWrong)
     const std::string Ten = "0123456789";
     EXPECT_EQ(RefOf(PutPart("", Ten)), 29008);
     EXPECT_EQ(RefOf(PutPart("items 0-9/10", Ten)), 29009);
+    EXPECT_EQ(RefOf(PutPart("0-9/10", Ten)), 29009);  // the legacy form without a unit needs legacy mode
     EXPECT_EQ(RefOf(PutPart("bytes 0-x/10", Ten)), 29011);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9", Ten)), 29012);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9/10", "01234")), 29013);
@@ -587,18 +369,6 @@ TEST_F(ModioSandboxMultipart, ContentRangeErrorsNameWhatIsWrong)
     EXPECT_EQ(PutPart("bytes 0-9/100", Ten)->status, 400);
     ASSERT_EQ(PutPart("bytes 0-9/10", Ten)->status, 200);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9/10", Ten)), 29015);
-}
-
-TEST_F(ModioSandboxMultipart, LegacyRangeWithoutUnitNeedsLegacyModeWhichCompletesWith201)
-{
-    const std::string Zip = ZipBytes({ { "a.txt", "legacy" } });
-    const std::string Legacy = "0-" + std::to_string(Zip.size()) + "/" + std::to_string(Zip.size());
-    EXPECT_EQ(RefOf(PutPart(Legacy, Zip)), 29009);
-    Sandbox.SetAcceptLegacyContentRange(true);
-    ASSERT_EQ(PutPart(Legacy, Zip)->status, 200);
-    const httplib::Result Completed = Complete();
-    EXPECT_EQ(Completed->status, 201);
-    EXPECT_EQ(BodyOf(Completed)["status"], 3);
 }
 
 TEST_F(ModioSandboxMultipart, CompletingNeedsEveryPartAndDeletingEndsTheSession)
@@ -610,16 +380,6 @@ TEST_F(ModioSandboxMultipart, CompletingNeedsEveryPartAndDeletingEndsTheSession)
 
 // ---- Dependencies ----
 
-TEST_F(ModioSandboxTest, SeededCrateKitDependsOnLampKit)
-{
-    const json Dependencies = BodyOf(Http->Get(Keyed(Mods + "/1006/dependencies?recursive=false")));
-    ASSERT_EQ(Dependencies["result_total"], 1);
-    EXPECT_EQ(Dependencies["data"][0]["mod_id"], 1005);
-    EXPECT_EQ(Dependencies["data"][0]["name"], "Lamp Kit");
-    EXPECT_EQ(Dependencies["data"][0]["dependency_depth"], 0);
-    EXPECT_TRUE(BodyOf(Http->Get(Keyed(Mods + "/1006")))["dependencies"].get<bool>());
-}
-
 TEST_F(ModioSandboxTest, OwnerAddsDependenciesUpToFiveAtATime)
 {
     const std::string Token = Sandbox.IssueTokenFor(CartographerEmail);
@@ -627,7 +387,6 @@ TEST_F(ModioSandboxTest, OwnerAddsDependenciesUpToFiveAtATime)
     const httplib::Result Added =
         Http->Post(Path, BearerFor(Token), httplib::Params{ { "dependencies[]", "1006" }, { "dependencies[]", "1007" } });
     ASSERT_EQ(Added->status, 201) << Added->body;
-    EXPECT_EQ(BodyOf(Added)["code"], 201);
     EXPECT_EQ(IdsOf(BodyOf(Http->Get(Keyed(Path)))), (std::set<int64>{ 1006, 1007 }));
 
     const json Recursive = BodyOf(Http->Get(Keyed(Path + "?recursive=true")));
@@ -662,40 +421,6 @@ TEST_F(ModioSandboxTest, StatusFaultAnswersTheNextMatchingRequestsWithAModioErro
         EXPECT_EQ(RefOf(Faulted), 10000);
     }
     EXPECT_EQ(Http->Get(Keyed(Mods))->status, 200);
-}
-
-TEST_F(ModioSandboxTest, CloseMidBodyFaultSendsHalfTheAnnouncedBody)
-{
-    Sandbox.InjectFault({ Mods, "", 1, EFaultKind::CloseMidBody, 0, 0 });
-    EXPECT_FALSE(Http->Get(Keyed(Mods)));
-    Sandbox.InjectFault({ Mods, "", 1, EFaultKind::CloseMidBody, 0, 0 });
-    const FRawAnswer Raw = RawGet(Sandbox.GetPort(), Keyed(Mods));
-    EXPECT_TRUE(Raw.Head.starts_with("HTTP/1.1 200"));
-    ASSERT_GT(Raw.ContentLength, 100u);
-    EXPECT_EQ(Raw.Body.size(), Raw.ContentLength / 2);
-}
-
-TEST_F(ModioSandboxTest, TruncateFaultSendsAllButTheLastByte)
-{
-    Sandbox.InjectFault({ Mods, "", 1, EFaultKind::TruncateBody, 0, 0 });
-    EXPECT_FALSE(Http->Get(Keyed(Mods)));
-    Sandbox.InjectFault({ "/sandbox/files/", "GET", 1, EFaultKind::TruncateBody, 0, 0 });
-    const FRawAnswer Raw = RawGet(Sandbox.GetPort(), "/sandbox/files/4005/lamp-kit.zip");
-    ASSERT_GT(Raw.ContentLength, 0u);
-    EXPECT_EQ(Raw.Body.size(), Raw.ContentLength - 1);
-}
-
-TEST_F(ModioSandboxTest, StallFaultDelaysAnAnswerThatStillArrives)
-{
-    Sandbox.InjectFault({ "/v1/me", "GET", 1, EFaultKind::Stall, 0, 300 });
-    Sandbox.ClearRequestLog();
-    const httplib::Result Result = Http->Get("/v1/me", BearerFor(Sandbox.IssueTokenFor(ModderEmail)));
-    ASSERT_TRUE(Result);
-    EXPECT_EQ(Result->status, 200);
-    const std::vector<FRecordedRequest> Log = Sandbox.RequestLog();
-    ASSERT_EQ(Log.size(), 1u);
-    EXPECT_EQ(Log[0].Path, "/v1/me");
-    EXPECT_EQ(Log[0].Status, 200);
 }
 
 // ---- Request log ----

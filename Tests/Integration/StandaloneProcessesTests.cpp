@@ -86,10 +86,6 @@ TEST_F(StandaloneProcesses, ExitCodeOfTheChildIsReturned)
     const FRun Failed = Run(WriteScript("fail.sh", "exit 42\n"));
     ASSERT_TRUE(Failed.bCreated);
     EXPECT_EQ(Failed.ReturnCode, 42);
-
-    const FRun Succeeded = Run(WriteScript("ok.sh", "exit 0\n"));
-    ASSERT_TRUE(Succeeded.bCreated);
-    EXPECT_EQ(Succeeded.ReturnCode, 0);
 }
 
 TEST_F(StandaloneProcesses, ChildKilledBySignalReturns128PlusTheSignal)
@@ -98,15 +94,6 @@ TEST_F(StandaloneProcesses, ChildKilledBySignalReturns128PlusTheSignal)
     ASSERT_TRUE(Result.bCreated);
     EXPECT_EQ(Result.ReturnCode, 128 + 9);
     EXPECT_EQ(Result.StdOut, "before\n");
-}
-
-TEST_F(StandaloneProcesses, StandardOutputAndErrorAreKeptApart)
-{
-    const FRun Result = Run(WriteScript("both.sh", "echo out1\necho err1 >&2\nprintf out2\nprintf 'err2\\n\\n' >&2\nexit 3\n"));
-    ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(Result.StdOut, "out1\nout2");
-    EXPECT_EQ(Result.StdErr, "err1\nerr2\n\n");
-    EXPECT_EQ(Result.ReturnCode, 3);
 }
 
 // Several megabytes on each stream, the error stream first, so a reader that drains one pipe to
@@ -122,17 +109,13 @@ TEST_F(StandaloneProcesses, LargeOutputOnBothStreamsIsCapturedWithoutDeadlock)
     EXPECT_TRUE(Result.StdErr == NumberLines(1, 800000));
 }
 
-TEST_F(StandaloneProcesses, MissingExecutableIsNotCreated)
+TEST_F(StandaloneProcesses, MissingOrNonExecutableProgramIsNotCreated)
 {
-    EXPECT_FALSE(Run((Folder.Path() / "no-such-tool").string(), "-x").bCreated);
-    EXPECT_FALSE(Run("maptorn-no-such-program-on-path", "-x").bCreated);
-    EXPECT_FALSE(Run("", "").bCreated);
-}
-
-TEST_F(StandaloneProcesses, FileThatIsNotExecutableIsNotCreated)
-{
-    EXPECT_FALSE(Run(WriteScript("plain.sh", "exit 0\n", false)).bCreated);
-    EXPECT_FALSE(Run(Folder.Path().string()).bCreated);
+    for (const std::string& Program : { (Folder.Path() / "no-such-tool").string(), std::string("maptorn-no-such-program-on-path"),
+             std::string(), WriteScript("plain.sh", "exit 0\n", false), Folder.Path().string() })
+    {
+        EXPECT_FALSE(Run(Program, "-x").bCreated) << Program;
+    }
 }
 
 TEST_F(StandaloneProcesses, ExecutableInAFolderWithSpacesRuns)

@@ -156,27 +156,6 @@ TEST_F(ZipArchiveTest, PluginFolderRoundTripKeepsEveryByteAndFolder)
     EXPECT_EQ(SnapshotTree(Destination), Expected);
 }
 
-TEST_F(ZipArchiveTest, ManyFilesInManyFoldersKeepEveryByte)
-{
-    std::vector<FTestEntry> Entries;
-    FProjectSnapshot Expected;
-    for (int Number = 0; Number < 700; ++Number)
-    {
-        const std::string SetFolder = "UGC1005/Content/Set" + std::to_string(Number % 7);
-        const std::string Name = SetFolder + "/Asset" + std::to_string(Number) + ".uasset";
-        Entries.push_back({ Name, VariedBytes(static_cast<std::size_t>(Number) * 13 % 3000, Number) });
-        Expected[Name] = Entries.back().Bytes;
-        Expected[SetFolder] = "<dir>";
-    }
-    Entries.push_back({ "UGC1005/Content/Big.umap", VariedBytes(5 * 1024 * 1024, 99) });
-    Expected["UGC1005/Content/Big.umap"] = Entries.back().Bytes;
-    Expected["UGC1005"] = Expected["UGC1005/Content"] = "<dir>";
-    WriteZip(ArchivePath, Entries);
-
-    ASSERT_TRUE(Extract()) << Error;
-    EXPECT_EQ(SnapshotTree(Destination), Expected);
-}
-
 TEST_F(ZipArchiveTest, ExistingFileIsOverwrittenAndUnrelatedFilesAreKept)
 {
     WriteTextFile(Destination / "UGC1005" / "UGC1005.uplugin", "an older descriptor that was much longer than the new one");
@@ -206,48 +185,29 @@ TEST_F(ZipArchiveTest, LinkLeftInTheDestinationIsReplacedNotFollowed)
     EXPECT_EQ(ReadBytes(Destination / "UGC1005" / "UGC1005.uplugin"), "{}");
 }
 
-TEST_F(ZipArchiveTest, AbsoluteEntryIsRefusedBeforeAnythingIsWritten)
-{
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "/tmp/maptorn-evil.txt", "x" } }, "/tmp/maptorn-evil.txt");
-    EXPECT_FALSE(fs::exists("/tmp/maptorn-evil.txt"));
-}
-
-TEST_F(ZipArchiveTest, DriveLetterEntryIsRefused)
-{
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "C:/Windows/evil.dll", "x" } }, "C:/Windows/evil.dll");
-}
-
-TEST_F(ZipArchiveTest, NetworkPathEntryIsRefused)
-{
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "\\\\server\\share\\evil.txt", "x" } },
-                              "\\\\server\\share\\evil.txt");
-}
-
-TEST_F(ZipArchiveTest, EntryClimbingOutWithDotDotIsRefused)
-{
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "UGC1005/../../../Escaped.txt", "x" } },
-                              "UGC1005/../../../Escaped.txt");
-    EXPECT_FALSE(fs::exists(Temp.Path() / "Escaped.txt"));
-}
-
-TEST_F(ZipArchiveTest, EntryClimbingOutWithBackslashDotDotIsRefused)
-{
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "..\\Escaped.txt", "x" } }, "..\\Escaped.txt");
-    EXPECT_FALSE(fs::exists(Destination.parent_path() / "Escaped.txt"));
-}
-
-TEST_F(ZipArchiveTest, SymbolicLinkEntryIsRefused)
+// Each archive holds a good descriptor and one bad entry; it is refused before anything is written.
+TEST_F(ZipArchiveTest, EntriesThatWouldLeaveTheDestinationOrInflateTooMuchAreRefused)
 {
     FTestEntry Link{ "UGC1005/Content/Link", "/etc/passwd" };
     Link.bSymbolicLink = true;
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, Link }, "UGC1005/Content/Link");
-}
-
-TEST_F(ZipArchiveTest, EntryInflatingOverAThousandTimesIsRefused)
-{
-    // 4 MiB of zeros deflates to about 4 KiB: a ratio just above 1000:1.
-    ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, { "UGC1005/Bomb.bin", std::string(4u << 20, '\0') } },
-                              "UGC1005/Bomb.bin");
+    const std::vector<FTestEntry> BadEntries = {
+        { "/tmp/maptorn-evil.txt", "x" },
+        { "C:/Windows/evil.dll", "x" },
+        { "\\\\server\\share\\evil.txt", "x" },
+        { "UGC1005/../../../Escaped.txt", "x" },
+        { "..\\Escaped.txt", "x" },
+        Link,
+        // 4 MiB of zeros deflates to about 4 KiB: a ratio just above 1000:1.
+        { "UGC1005/Bomb.bin", std::string(4u << 20, '\0') },
+    };
+    for (const FTestEntry& Bad : BadEntries)
+    {
+        SCOPED_TRACE(Bad.Name);
+        ExpectRefusedAndUntouched({ { "UGC1005/UGC1005.uplugin", "{}" }, Bad }, Bad.Name);
+    }
+    EXPECT_FALSE(fs::exists("/tmp/maptorn-evil.txt"));
+    EXPECT_FALSE(fs::exists(Temp.Path() / "Escaped.txt"));
+    EXPECT_FALSE(fs::exists(Destination.parent_path() / "Escaped.txt"));
 }
 
 TEST_F(ZipArchiveTest, SmallEntryMayCompressAsWellAsItLikes)
@@ -295,23 +255,6 @@ TEST_F(ZipArchiveTest, EntryWhoseDeclaredSizeWasInflatedIsRefused)
     EXPECT_FALSE(Extract());
     EXPECT_NE(Error.find("'UGC1005/Patched.bin'"), std::string::npos) << Error;
     EXPECT_EQ(SnapshotTree(Temp.Path()), Before);
-}
-
-TEST_F(ZipArchiveTest, NulInsideAStoredNameCannotCutItShort)
-{
-    // libzip reads a NUL inside a stored name as a space, so "Keep.txt<NUL>.umap" can never
-    // become "Keep.txt"; the entry lands inside the destination under its full length.
-    WriteZip(ArchivePath, { { "UGC1005/Keep.txtX.umap", "map" } });
-    std::string Bytes = ReadBytes(ArchivePath);
-    for (std::size_t At = Bytes.find("Keep.txtX"); At != std::string::npos; At = Bytes.find("Keep.txtX", At))
-    {
-        Bytes[At + 8] = '\0';
-    }
-    WriteBytes(ArchivePath, Bytes);
-
-    ASSERT_TRUE(Extract()) << Error;
-    EXPECT_FALSE(fs::exists(Destination / "UGC1005" / "Keep.txt"));
-    EXPECT_EQ(ReadBytes(Destination / "UGC1005" / "Keep.txt .umap"), "map");
 }
 
 TEST_F(ZipArchiveTest, FileThatIsNotAZipFailsWithLibzipsReason)
