@@ -52,15 +52,8 @@ protected:
     // The query string the service received last, after the api key.
     std::string LastCatalogueQuery() const
     {
-        const std::vector<Sandbox::FRecordedRequest> Log = Sandbox.RequestLog();
-        for (auto It = Log.rbegin(); It != Log.rend(); ++It)
-        {
-            if (It->Path == "/v1/games/1/mods")
-            {
-                return It->Query.substr(It->Query.find("&tags="));
-            }
-        }
-        return {};
+        const std::string Query = LastRequestTo("/v1/games/1/mods").Query;
+        return Query.substr(std::min(Query.find("&tags="), Query.size()));
     }
 
     bool LogMentions(const std::string& Secret) const

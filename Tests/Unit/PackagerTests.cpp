@@ -122,16 +122,6 @@ TEST_F(Packaging, OtherContentPluginsAreNeverCookedAndAMaplessDefinitionCooksIts
     EXPECT_TRUE(Params.ends_with(" -CookDir=\"/UGC12/\"")) << Params;
 }
 
-TEST_F(Packaging, ANonZeroExitIsLoggedButStillPackaged)
-{
-    Fakes.Processes.ReturnCode = 1;
-    Client.bBuildWindows = true;
-    RunTask();
-    EXPECT_EQ(Fakes.Processes.Calls.size(), 2u);
-    EXPECT_TRUE(Fakes.Log.Has("MaptornLog", ELogVerbosity::Error, "Cook command returned non-zero value: 1 \n "));
-    EXPECT_TRUE(bCompleted);
-}
-
 TEST_F(Packaging, AMissingPluginStopsEverythingWithItsMessage)
 {
     Client.SelectedModId = "404";

@@ -69,15 +69,6 @@ TEST_F(SourceModRecords, AMapTagWinsOverModAndGameMode)
     EXPECT_EQ(Read(R"({"id": 1, "tags": [{"name": "gamemode"}]})").ModType, EModType::GameMode);
 }
 
-TEST_F(SourceModRecords, AModWithoutModfileHasNoVersionSizeOrDownload)
-{
-    const FSourceModInfo Info = Read(R"({"id": 7, "name": "Fresh"})");
-    EXPECT_EQ(Info.Version, 0);
-    EXPECT_EQ(Info.FileSize, 0);
-    EXPECT_EQ(Info.BinaryUrl, "");
-    EXPECT_EQ(Info.Author, "");
-}
-
 TEST_F(SourceModRecords, WrongTypesAndHugeNumbersNeverFailARecord)
 {
     const FSourceModInfo Info = Read(R"({"id": "77", "name": 5, "tags": "Map", "logo": [1], "submitted_by": null, "platforms": {"x": 1},
@@ -120,11 +111,8 @@ TEST_F(SourceModRecords, TheInstallStateFollowsDownloadsThenLocalPlugins)
     EXPECT_EQ(State(), ESourceModInstallState::Downloading);
 }
 
-TEST(SourceModPages, PageNumbersComeFromOffsetCountAndLimit)
+TEST(SourceModPages, AnEmptyAnswerHasNoPagesAndALimitOfZeroIsPageOneOfOne)
 {
-    const FPageNumbers Second = ComputePageNumbers(5, 20, 20, 25);
-    EXPECT_EQ(Second.CurrentPage, 2);
-    EXPECT_EQ(Second.TotalPages, 2);
     const FPageNumbers Empty = ComputePageNumbers(0, 0, 20, 0);
     EXPECT_EQ(Empty.CurrentPage, 0);
     EXPECT_EQ(Empty.TotalPages, 0);
@@ -168,22 +156,6 @@ TEST(CatalogueUrl, PartsComeInTheirFixedOrder)
     Query.SearchText.clear();
     Query.PageLimit = 0;
     EXPECT_EQ(ModioRequests::CatalogueUrl("http://h", 7, "KEY", Query, {"12"}), "http://h/v1/games/7/mods?api_key=KEY&tags=Map&_sort=-popular");
-}
-
-TEST(CatalogueUrl, EachSortHasItsSuffixAndSearchesOfUpTo32CharactersAreSent)
-{
-    const std::vector<std::string> Suffixes = {"", "&_sort=-popular", "&_sort=subscribers", "&_sort=-date_live", "&_sort=-date_updated",
-        "&_sort=rating", "&_sort=downloads", "&_sort=name", "&_sort=-name", ""};
-    for (uint32 Sort = 0; Sort < Suffixes.size(); ++Sort)
-    {
-        EXPECT_EQ(ModioRequests::SortSuffix(static_cast<ESourceModQueryType>(Sort)), Suffixes[Sort]) << Sort;
-    }
-    FSourceModQuery Query;
-    Query.PageLimit = 0;
-    Query.SearchText = std::string(32, 'a');
-    EXPECT_NE(ModioRequests::CatalogueUrl("h", 1, "K", Query, {}).find("&name-lk=*" + Query.SearchText + "*"), std::string::npos);
-    Query.SearchText = std::string(33, 'a');
-    EXPECT_EQ(ModioRequests::CatalogueUrl("h", 1, "K", Query, {}).find("name-lk"), std::string::npos);
 }
 
 TEST(SourceModQuery, WithoutHttpTheQueryReportsFailureAndIsNotLeftBusy)
