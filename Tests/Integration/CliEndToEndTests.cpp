@@ -90,6 +90,10 @@ protected:
 TEST_F(CliEndToEnd, LoginThenWhoamiInALaterRunThenLogout)
 {
     EXPECT_EQ(Maptorn("whoami").ExitCode, 1);
+    EXPECT_EQ(Maptorn("login --email not-an-address").ExitCode, 2);
+    ASSERT_EQ(Maptorn("login --email modder@example.com").ExitCode, 0);
+    EXPECT_EQ(Maptorn("login --code ABC").ExitCode, 2) << "five characters";
+    EXPECT_EQ(Maptorn("login --code ZZZZZ").ExitCode, 1) << "refused by the service";
     LogIn();
     const FRun Who = Maptorn("whoami --json");
     ASSERT_EQ(Who.ExitCode, 0) << Who.Out;

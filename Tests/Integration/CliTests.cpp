@@ -284,29 +284,3 @@ TEST_F(MaptornCli, BrowseWithoutModioSettingsOrServiceSaysWhatToDo)
     EXPECT_NE(Unreachable.Err.find("did not answer"), std::string::npos) << Unreachable.Err;
     EXPECT_EQ(Unreachable.Err.find("k browse"), std::string::npos);
 }
-
-TEST_F(MaptornCli, LoginWithAnEmailCodeStoresALoginOnlyTheOwnerCanRead)
-{
-    Sandbox::FModioSandbox Service(Sandbox::FSandboxOptions{0, "", 1, "0123456789abcdef0123456789abcdef", true, true});
-    std::string Error;
-    ASSERT_TRUE(Service.Start(Error)) << Error;
-    const std::string Modio = "--modio-url " + Service.GetBaseUrl() + " --modio-game-id 1 --modio-api-key 0123456789abcdef0123456789abcdef ";
-
-    EXPECT_EQ(Run(InSample() + Modio + "login --email not-an-address").ExitCode, 2);
-    EXPECT_EQ(Run(InSample() + Modio + "whoami").ExitCode, 1);
-
-    const FRun Requested = Run(InSample() + Modio + "login --email modder@example.com");
-    EXPECT_EQ(Requested.ExitCode, 0) << Requested.Err;
-    EXPECT_NE(Requested.Out.find("maptorn login --code"), std::string::npos) << Requested.Out;
-    EXPECT_EQ(Run(InSample() + Modio + "login --code ABC").ExitCode, 2) << "five characters";
-    EXPECT_EQ(Run(InSample() + Modio + "login --code ZZZZZ").ExitCode, 1);
-
-    const FRun LoggedIn = Run(InSample() + Modio + "login --code " + Service.LastCodeFor("modder@example.com"));
-    EXPECT_EQ(LoggedIn.ExitCode, 0) << LoggedIn.Err;
-    EXPECT_EQ(fs::status(StoredLoginPath(1)).permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(Run(InSample() + Modio + "whoami").ExitCode, 0);
-
-    EXPECT_EQ(Run(InSample() + Modio + "logout").ExitCode, 0);
-    EXPECT_FALSE(fs::exists(StoredLoginPath(1)));
-    EXPECT_EQ(Run(InSample() + Modio + "whoami").ExitCode, 1);
-}
