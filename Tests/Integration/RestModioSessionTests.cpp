@@ -114,17 +114,6 @@ protected:
         ASSERT_TRUE(Done());
     }
 
-    // Pumps the HTTP adapter only: what completes here must not reach any callback yet.
-    void PumpTasksUntil(const std::function<bool()>& Done)
-    {
-        for (int Frame = 0; Frame < 60 * 60 && !Done(); ++Frame)
-        {
-            Tasks.PumpGameThread();
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        ASSERT_TRUE(Done());
-    }
-
     FModioErrorCode Initialize(FRestModioSession& Session, const std::string& BaseUrl)
     {
         FModioInitializeOptions Options;
@@ -201,14 +190,9 @@ TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     FModioInitializeOptions Options;
     Options.ApiKey = ApiKey;
-    FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
+    const FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
     EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
     EXPECT_EQ(Error.GetErrorMessage(), "mod.io is not configured: game id and API key are needed");
-
-    Options.GameId = 1;
-    Options.ApiKey.clear();
-    Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
-    EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
 
     EXPECT_EQ(RequestCode(*Session).GetValue(), ModioRest::ErrorValue::SdkNotInitialized);
     EXPECT_TRUE(Sandbox.RequestLog().empty());
@@ -229,16 +213,14 @@ TEST_F(RestModioSession, AnEmailCodeLogsInAndKeepsTheLoginReadableByItsOwnerOnly
     EXPECT_EQ(Stored->AccessToken, Session->GetAuthTokenAsString());
     EXPECT_EQ(Stored->BaseUrl, Sandbox.GetBaseUrl());
     EXPECT_GT(Stored->DateExpires, 0);
-
-    const FModioErrorCode Error = Verify(*Session);
-    EXPECT_FALSE(Error) << Error.GetErrorMessage();
 }
 
-TEST_F(RestModioSession, TheCodeRequestPostsTheEncodedAddressAsAFormWithTheApiKey)
+TEST_F(RestModioSession, TheLoginPostsEncodedFormsWithTheApiKeyAndChecksTheTokenWithMe)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     ASSERT_FALSE(Initialize(*Session));
     ASSERT_FALSE(RequestCode(*Session));
+    ASSERT_FALSE(Authenticate(*Session, "  " + Sandbox.LastCodeFor(ModderEmail) + "\n"));
 
     const std::vector<Sandbox::FRecordedRequest> Requests = RequestsTo("/v1/oauth/emailrequest");
     ASSERT_EQ(Requests.size(), 1u);
@@ -248,17 +230,6 @@ TEST_F(RestModioSession, TheCodeRequestPostsTheEncodedAddressAsAFormWithTheApiKe
     EXPECT_EQ(Requests[0].Headers.count("authorization"), 0u);
     EXPECT_EQ(Requests[0].Query.rfind("api_key=", 0), 0u);
     EXPECT_EQ(Requests[0].BodySize, std::string("email=modder%40example.com").size());
-    EXPECT_EQ(Requests[0].Status, 200);
-    EXPECT_FALSE(Sandbox.LastCodeFor(ModderEmail).empty());
-}
-
-TEST_F(RestModioSession, TheExchangeSendsTheCodeAndTheNewTokenIsCheckedWithMe)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
-    ASSERT_FALSE(RequestCode(*Session));
-    ASSERT_FALSE(Authenticate(*Session, "  " + Sandbox.LastCodeFor(ModderEmail) + "\n"));
-
     const std::vector<Sandbox::FRecordedRequest> Exchanges = RequestsTo("/v1/oauth/emailexchange");
     ASSERT_EQ(Exchanges.size(), 1u);
     EXPECT_EQ(Exchanges[0].Method, "POST");
@@ -267,12 +238,10 @@ TEST_F(RestModioSession, TheExchangeSendsTheCodeAndTheNewTokenIsCheckedWithMe)
     const std::vector<Sandbox::FRecordedRequest> Checks = RequestsTo("/v1/me");
     ASSERT_EQ(Checks.size(), 1u);
     EXPECT_EQ(Checks[0].Method, "GET");
-    EXPECT_EQ(Checks[0].Headers.at("accept"), "application/json");
     EXPECT_EQ(Checks[0].Headers.at("authorization").rfind("Bearer ", 0), 0u);
-    EXPECT_EQ(Checks[0].Status, 200);
 }
 
-TEST_F(RestModioSession, ANewSessionRestoresTheStoredLoginAndVerifiesIt)
+TEST_F(RestModioSession, ANewSessionRestoresTheStoredLoginEvenWithATrailingSlashAndVerifiesIt)
 {
     std::string Token;
     {
@@ -282,10 +251,11 @@ TEST_F(RestModioSession, ANewSessionRestoresTheStoredLoginAndVerifiesIt)
     }
     const std::unique_ptr<FRestModioSession> Second = MakeSession();
     EXPECT_EQ(Second->GetAuthTokenAsString(), "") << "nothing is read before initialising";
-    ASSERT_FALSE(Initialize(*Second));
+    ASSERT_FALSE(Initialize(*Second, Sandbox.GetBaseUrl() + "/"));
     EXPECT_EQ(Second->GetAuthTokenAsString(), Token);
     const FModioErrorCode Error = Verify(*Second);
     EXPECT_FALSE(Error) << Error.GetErrorMessage();
+    EXPECT_EQ(RequestsTo("/v1/me").size(), 2u) << "no doubled slash in the path";
 }
 
 TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
@@ -297,19 +267,6 @@ TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
     EXPECT_EQ(Session->GetAuthTokenAsString(), "");
     EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::NoAuthToken);
     EXPECT_TRUE(Sandbox.RequestLog().empty());
-}
-
-TEST_F(RestModioSession, ATrailingSlashOnTheBaseUrlStillRestoresTheLogin)
-{
-    {
-        const std::unique_ptr<FRestModioSession> First = MakeSession();
-        LogIn(*First);
-    }
-    const std::unique_ptr<FRestModioSession> Second = MakeSession();
-    ASSERT_FALSE(Initialize(*Second, Sandbox.GetBaseUrl() + "/"));
-    EXPECT_FALSE(Second->GetAuthTokenAsString().empty());
-    EXPECT_FALSE(Verify(*Second));
-    EXPECT_EQ(RequestsTo("/v1/me").size(), 2u) << "no doubled slash in the path";
 }
 
 TEST_F(RestModioSession, RequestingACodeWhileLoggedInAnswersAlreadyAuthenticatedWithoutARequest)
@@ -378,50 +335,6 @@ TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
     EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
 }
 
-TEST_F(RestModioSession, ARefusedConnectionIsAnHttpFailure)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    const std::string BaseUrl = Sandbox.GetBaseUrl();
-    Sandbox.Stop();
-    ASSERT_FALSE(Initialize(*Session, BaseUrl));
-
-    const FModioErrorCode Error = RequestCode(*Session);
-    EXPECT_EQ(Error.GetValue(), ModioErrorValue::HttpRequestFailed);
-    EXPECT_EQ(Error.GetErrorMessage(), "HTTP request failed");
-}
-
-TEST_F(RestModioSession, CompletionsWaitForRunPendingHandlers)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    int Calls = 0;
-    FModioInitializeOptions Options{1, ApiKey, EModioEnvironment::Live, Sandbox.GetBaseUrl()};
-    Session->InitializeAsync(Options, [&](FModioErrorCode) { ++Calls; });
-    Tasks.PumpGameThread();
-    EXPECT_EQ(Calls, 0);
-    Session->RunPendingHandlers();
-    EXPECT_EQ(Calls, 1);
-
-    Session->RequestEmailAuthCodeAsync(ModderEmail, [&](FModioErrorCode) { ++Calls; });
-    PumpTasksUntil([&] { return !Sandbox.LastCodeFor(ModderEmail).empty(); });
-    Session->RunPendingHandlers();
-    TickUntil(*Session, [&] { return Calls == 2; });
-
-    // The login file is written when the answers arrive, so its presence shows both requests completed.
-    Session->AuthenticateUserEmailAsync(Sandbox.LastCodeFor(ModderEmail), [&](FModioErrorCode) { ++Calls; });
-    PumpTasksUntil([&] { return fs::exists(LoginFile); });
-    EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
-    EXPECT_EQ(Calls, 2);
-    Session->RunPendingHandlers();
-    EXPECT_EQ(Calls, 3);
-
-    Sandbox.ExpireToken(Session->GetAuthTokenAsString());
-    Session->VerifyUserAuthenticationAsync([&](FModioErrorCode) { ++Calls; });
-    PumpTasksUntil([&] { return !fs::exists(LoginFile); });
-    EXPECT_EQ(Calls, 3);
-    Session->RunPendingHandlers();
-    EXPECT_EQ(Calls, 4);
-}
-
 TEST_F(RestModioSession, ClearingTheUserDataDeletesTheStoredLoginAndRevokesTheToken)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
@@ -469,35 +382,6 @@ TEST_F(RestModioSession, DestroyingTheSessionWithARequestRunningRunsNoCallback)
     EXPECT_EQ(Calls, 0);
 }
 
-TEST_F(RestModioSession, SubmissionsWithoutALoginAreRefusedThroughTheQueue)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
-    std::vector<FModioModManagementEvent> Events;
-    EXPECT_FALSE(Session->EnableModManagement([&](FModioModManagementEvent Event) { Events.push_back(Event); }));
-    const FModioModCreationHandle First = Session->GetModCreationHandle();
-    EXPECT_GT(Session->GetModCreationHandle().Value, First.Value);
-    EXPECT_FALSE(Session->QueryCurrentModUpdate());
-
-    std::optional<FModioErrorCode> NewMod;
-    std::optional<FModioErrorCode> Changes;
-    Session->SubmitNewModAsync(First, {}, [&](FModioErrorCode Error, std::optional<FModioModID>) { NewMod = Error; });
-    Session->SubmitModChangesAsync(7, {}, [&](FModioErrorCode Error, std::optional<FModioModInfo>) { Changes = Error; });
-    Session->SubmitNewModFileForMod(7, {});
-    EXPECT_FALSE(NewMod);
-    EXPECT_TRUE(Events.empty());
-
-    Session->RunPendingHandlers();
-    ASSERT_TRUE(NewMod && Changes);
-    EXPECT_EQ(NewMod->GetValue(), ModioRest::ErrorValue::NoAuthToken);
-    EXPECT_EQ(Changes->GetValue(), ModioRest::ErrorValue::NoAuthToken);
-    ASSERT_EQ(Events.size(), 1u);
-    EXPECT_EQ(Events[0].ID, 7);
-    EXPECT_EQ(Events[0].Event, EModioModManagementEventType::Uploaded);
-    EXPECT_EQ(Events[0].Status.GetValue(), ModioRest::ErrorValue::NoAuthToken);
-    EXPECT_TRUE(Sandbox.RequestLog().empty());
-}
-
 // The form and URL builders: what goes on the wire.
 
 TEST(RestModioRequests, FormValuesKeepOnlyUnreservedCharacters)
@@ -509,13 +393,10 @@ TEST(RestModioRequests, FormValuesKeepOnlyUnreservedCharacters)
     EXPECT_EQ(ModioRest::EmailExchangeBody("P39TM"), "security_code=P39TM");
 }
 
-TEST(RestModioRequests, UrlsStartAtTheResolvedOrigin)
+TEST(RestModioRequests, TheOriginDefaultsToTheGamesHostAndLosesTrailingSlashes)
 {
     EXPECT_EQ(ModioRest::ResolveBaseUrl("", 1234), "https://g-1234.modapi.io");
     EXPECT_EQ(ModioRest::ResolveBaseUrl("http://127.0.0.1:8080//", 1), "http://127.0.0.1:8080");
-    EXPECT_EQ(ModioRest::EmailRequestUrl("http://h", "K"), "http://h/v1/oauth/emailrequest?api_key=K");
-    EXPECT_EQ(ModioRest::EmailExchangeUrl("http://h", "K"), "http://h/v1/oauth/emailexchange?api_key=K");
-    EXPECT_EQ(ModioRest::MeUrl("http://h"), "http://h/v1/me");
 }
 
 TEST(RestModioRequests, MalformedAnswersAreErrorsNotCrashes)
@@ -567,17 +448,6 @@ TEST_F(StoredLogin, ALoginForAnotherBaseUrlOrPastItsExpiryIsNotUsed)
 
     ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 1, "http://a"}));
     EXPECT_FALSE(LoadStoredLoginFor(File, "http://a"));
-}
-
-TEST_F(StoredLogin, TheFileIsOwnerOnlyWhateverTheUmask)
-{
-    const mode_t Previous = ::umask(0);
-    const bool bSaved = SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"});
-    ::umask(Previous);
-    ASSERT_TRUE(bSaved);
-    EXPECT_EQ(ModeOf(File), 0600);
-    EXPECT_EQ(ModeOf(fs::path(File).parent_path()), 0700);
-    EXPECT_EQ(ModeOf(fs::path(File).parent_path().parent_path()), 0700);
 }
 
 TEST_F(StoredLogin, AWorldReadableFileIsReplacedByAnOwnerOnlyOne)
