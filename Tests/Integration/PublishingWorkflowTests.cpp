@@ -205,22 +205,6 @@ TEST_F(PublishingWorkflow, AnEmailLoginSurvivesARestartOfTheModule)
     EXPECT_FALSE(fs::exists(StoredLoginPath(1)));
 }
 
-TEST_F(PublishingWorkflow, ACreatedModGetsItsPluginAndDefinition)
-{
-    StartModule();
-    LogIn();
-    const std::string ModId = CreateMod(EModType::Map);
-    ASSERT_FALSE(ModId.empty());
-    EXPECT_EQ(Client().StatusText, "Created Mod " + ModId);
-    EXPECT_TRUE(fs::exists(Project.InProject("Plugins/UGC" + ModId + "/UGC" + ModId + ".uplugin")));
-    const auto Definition = LoadModDefinition(*Platform, ModId, EModType::Map);
-    ASSERT_TRUE(Definition);
-    const nlohmann::json Mod = Get("/v1/games/1/mods/" + ModId);
-    EXPECT_EQ(Mod["name"], "Workflow Map");
-    EXPECT_EQ(Mod["tags"][0]["name"], "Map");
-    EXPECT_NE(Mod["metadata_blob"].get<std::string>().find("\"VersionUUID\": 0"), std::string::npos);
-}
-
 TEST_F(PublishingWorkflow, AContentModGoesUpForEveryPlatformAndItsSourceOneFileAfterAnother)
 {
     StartModule();

@@ -195,14 +195,3 @@ TEST_F(UploadOrchestration, AFailedPackagingStepReleasesTheClient)
     EXPECT_TRUE(Fakes.Session.ModFileParams.empty());
 }
 
-TEST_F(UploadOrchestration, StagingNeverUploads)
-{
-    Client.bStageOnly = true;
-    Client.UploadMod("42");
-    RunTasks();
-    EXPECT_TRUE(Fakes.Session.ModFileParams.empty());
-    EXPECT_EQ(MessageBoxesReading("Staged mod"), 1);
-    EXPECT_FALSE(Client.bIsModioBusy);
-    EXPECT_FALSE(Client.bIsUploading);
-    EXPECT_TRUE(fs::exists(Temp.Path() / "Plugins/UGC42/Saved")) << "staging leaves the plug-in alone";
-}
