@@ -170,6 +170,11 @@ protected:
         Server.set_keep_alive_max_count(1);
         Port = Server.bind_to_any_port("127.0.0.1");
         Listener = std::thread([this] { Server.listen_after_bind(); });
+        // A stop that comes before the listen loop runs is lost and the join would never return.
+        while (!Server.is_running())
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
 
     ~CurlHttp() override
