@@ -86,7 +86,7 @@ TEST_F(PluginDownload, AFailedDownloadLeavesTheWorkingPluginAndOffersTheDownload
 
     for (const Sandbox::EFaultKind Kind : {Sandbox::EFaultKind::CloseMidBody, Sandbox::EFaultKind::TruncateBody, Sandbox::EFaultKind::Status})
     {
-        Sandbox.InjectFault({"/sandbox/files", "", 1, Kind, 503, 0});
+        Sandbox.InjectFault({"/sandbox/files", "", 1, Kind, 500, 0});
         DownloadAndWait(Record);
         EXPECT_EQ(ReadTextFile(Plugin("UGC1007") / "UGC1007.uplugin"), "my work") << static_cast<int>(Kind);
         EXPECT_EQ(Client().FinishedDownloads.count("1007"), 0u);

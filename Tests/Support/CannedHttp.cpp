@@ -19,9 +19,11 @@ public:
     int32 GetResponseCode() const override { return Status; }
     const std::vector<uint8>& GetContent() const override { return Content; }
     std::string GetContentAsString() const override { return std::string(Content.begin(), Content.end()); }
-    std::string GetHeader(const std::string&) const override { return {}; }
+    std::string GetHeader(const std::string& Name) const override { return ToLower(Name) == "content-range" ? ContentRange : std::string(); }
     std::vector<std::pair<std::string, std::string>> GetAllHeaders() const override { return {}; }
     int64 GetContentLength() const override { return static_cast<int64>(Content.size()); }
+
+    std::string ContentRange;
 
 private:
     int32 Status;
@@ -63,7 +65,16 @@ public:
 
     void Finish(const FCannedHttp::FAnswer* Answer)
     {
-        Response = Answer && Answer->bConnected ? std::make_shared<FCannedResponse>(Answer->Status, Answer->Body) : nullptr;
+        if (Answer && Answer->bConnected)
+        {
+            auto Canned = std::make_shared<FCannedResponse>(Answer->Status, Answer->Body);
+            Canned->ContentRange = Answer->ContentRange;
+            Response = Canned;
+        }
+        else
+        {
+            Response = nullptr;
+        }
         Status = Response ? EHttpRequestStatus::Succeeded : EHttpRequestStatus::Failed;
         if (Complete)
         {

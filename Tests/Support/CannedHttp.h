@@ -19,6 +19,7 @@ public:
         bool bConnected = true;
         int32 Status = 200;
         std::string Body;
+        std::string ContentRange = {};   // the answer's "Content-Range", none when empty
     };
 
     FHttpRequestPtr CreateRequest() override;
