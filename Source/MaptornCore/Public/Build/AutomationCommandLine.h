@@ -7,7 +7,7 @@
 namespace Maptorn
 {
 // Everything one automation-tool run is made of, already resolved to text.
-struct FAutomationCommandInputs
+struct MAPTORNCORE_API FAutomationCommandInputs
 {
     uint8 Target = 0;
     std::string ProjectDir;          // absolute
@@ -29,8 +29,8 @@ struct FAutomationCommandInputs
 // The automation tool's parameters: the project's KelvorUGCPak script for the Windows client and
 // the Kelvor server (targets 0 and 2), BuildCookRun as DLC for every other target; then the map
 // or cook-directory switch and the dedicated-server switches.
-std::string MakeAutomationCommandLine(const FAutomationCommandInputs& Inputs);
+MAPTORNCORE_API std::string MakeAutomationCommandLine(const FAutomationCommandInputs& Inputs);
 
 // "+/<friendly name>" for one plug-in of the never-cook list.
-std::string NeverCookEntry(const std::string& FriendlyName);
+MAPTORNCORE_API std::string NeverCookEntry(const std::string& FriendlyName);
 }

@@ -19,7 +19,7 @@ enum class ECookMode : uint8
 
 // Cooks content with a headless run of the engine's editor in cook-commandlet mode, blocking
 // the calling worker until the child ends. LinuxServer is always cooked beside the target.
-class FCooker
+class MAPTORNCORE_API FCooker
 {
 public:
     explicit FCooker(FMaptornPlatform& InPlatform);
@@ -42,12 +42,12 @@ private:
 };
 
 // "Windows" or "Android_ASTC".
-const char* CookPlatformName(bool bWindows);
+MAPTORNCORE_API const char* CookPlatformName(bool bWindows);
 
 // The editor executable in double quotes, as the engine passes it.
-std::string MakeCookExecutable(IMaptornEngine& Engine);
+MAPTORNCORE_API std::string MakeCookExecutable(IMaptornEngine& Engine);
 
 // "\"<project>\"  -run=cook -targetplatform=<platform>+LinuxServer -UnVersioned" (two blanks
 // before -run=cook, as the two pieces have always been joined).
-std::string MakeCookParams(const std::string& AbsoluteProjectFile, bool bWindows);
+MAPTORNCORE_API std::string MakeCookParams(const std::string& AbsoluteProjectFile, bool bWindows);
 }

@@ -15,19 +15,19 @@ inline constexpr uint8 Quest = 10;
 }
 
 // The Vesko group {1, 3, 10} builds against the Android/Quest edition's release.
-bool IsVeskoGroup(uint8 Target);
-bool IsDedicatedServer(uint8 Target);
+MAPTORNCORE_API bool IsVeskoGroup(uint8 Target);
+MAPTORNCORE_API bool IsDedicatedServer(uint8 Target);
 
 // `-Platform` / `-targetplatform`: "Windows", "Linux", "Android"; "" for unknown targets.
-const char* PackagePlatformName(uint8 Target);
+MAPTORNCORE_API const char* PackagePlatformName(uint8 Target);
 // "Windows", "LinuxServer", "Android_ASTC".
-const char* PakPlatformName(uint8 Target);
+MAPTORNCORE_API const char* PakPlatformName(uint8 Target);
 // "Windows", "LinuxVeskoServer", "LinuxKelServer", "Android_ASTC".
-const char* StageFolderName(uint8 Target);
+MAPTORNCORE_API const char* StageFolderName(uint8 Target);
 // mod.io's file platform words: 0 "Windows", 1 "Mac", 2 "Linux", 3 and 10 "Oculus".
-const char* ModioFilePlatformName(uint8 Target);
+MAPTORNCORE_API const char* ModioFilePlatformName(uint8 Target);
 // 0 "Win64", 1 and 2 "Linux", 3 and 10 "Android": the Vesko group's platform name.
-const char* VeskoPlatformName(uint8 Target);
+MAPTORNCORE_API const char* VeskoPlatformName(uint8 Target);
 // The game's released build a DLC package is based on.
-const char* ReleaseVersionFor(uint8 Target);
+MAPTORNCORE_API const char* ReleaseVersionFor(uint8 Target);
 }

@@ -16,7 +16,7 @@ struct FKelvorDefinition;
 // Packages the plug-in "UGC<SelectedModId>" per platform with the engine's automation tool, then
 // queues each output folder for upload, or stages it into the client's StageDir. Runs on a
 // worker while bBusy is set; clears bBusy and empties the queue on every failure.
-class FPackager
+class MAPTORNCORE_API FPackager
 {
 public:
     FPackager(FMaptornPlatform& InPlatform, FModioInterface& InClient, std::atomic<bool>& InBusy);

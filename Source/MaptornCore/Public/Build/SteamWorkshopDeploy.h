@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <atomic>
 #include <string>
 
@@ -7,7 +9,7 @@ namespace Maptorn
 {
 // The Steam Workshop side of a deploy: whether a depot build is waiting to be uploaded, and the
 // change note typed for it.
-struct FSteamWorkshopDeploy
+struct MAPTORNCORE_API FSteamWorkshopDeploy
 {
     std::atomic<bool> bUploadInProgress = false;
     std::string ChangeNote;

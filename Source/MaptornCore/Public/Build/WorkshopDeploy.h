@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 namespace Maptorn
 {
 class FMaptornModule;
@@ -8,5 +10,5 @@ class FMaptornModule;
 // chosen it writes the build manifest; with one chosen it cooks that platform's content. Runs on
 // a worker while the module's bBusy is set, and clears it on every exit. True when the manifest
 // was written or the platform's content cooked.
-bool RunWorkshopDeploy(FMaptornModule& Module);
+MAPTORNCORE_API bool RunWorkshopDeploy(FMaptornModule& Module);
 }

@@ -8,5 +8,5 @@ namespace Maptorn
 {
 // A byte count with two decimals and the largest fitting unit: "512.00 B", "1.50 KB", "3.25 GB"
 // (units of 1024).
-std::string FormatFileSize(int64 Bytes);
+MAPTORNCORE_API std::string FormatFileSize(int64 Bytes);
 }

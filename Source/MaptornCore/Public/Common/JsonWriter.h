@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <nlohmann/json.hpp>
 
 #include <optional>
@@ -19,14 +21,14 @@ inline constexpr std::string_view PlatformLineTerminator = "\n";
 
 // The engine's default "pretty" form: a tab per level, `"key": value`, a nested object on the
 // line after its key, numbers as %.17g, no trailing line terminator.
-std::string WritePretty(const FJsonObject& Value, std::string_view LineTerminator = PlatformLineTerminator);
+MAPTORNCORE_API std::string WritePretty(const FJsonObject& Value, std::string_view LineTerminator = PlatformLineTerminator);
 
 // The engine's condensed form: no whitespace at all.
-std::string WriteCondensed(const FJsonObject& Value);
+MAPTORNCORE_API std::string WriteCondensed(const FJsonObject& Value);
 }
 
 namespace Maptorn
 {
 // "5.1.1-23901901+++UE5+Release-5.1" → "5.1.1". Empty when there is no "-" or it is the last character.
-std::optional<std::string> EngineVersionBeforeDash(const std::string& EngineVersion);
+MAPTORNCORE_API std::optional<std::string> EngineVersionBeforeDash(const std::string& EngineVersion);
 }

@@ -12,7 +12,7 @@ namespace Maptorn
 {
 // MD5 (RFC 1321), fed in pieces so that large files never sit in memory whole. mod.io checks mod
 // files with it ("filehash"), and a digest names a multipart upload so that a later run finds it.
-class FMd5
+class MAPTORNCORE_API FMd5
 {
 public:
     FMd5();

@@ -10,7 +10,7 @@ namespace Maptorn
 // One definition asset ("definition") of the game's classes UKelvor_Map, UKelvor_Mod and
 // UKelvor_GameMode, reduced to the fields the workshop reads and writes. `Class` tells which of
 // the three it is.
-struct FKelvorDefinition
+struct MAPTORNCORE_API FKelvorDefinition
 {
     EModType Class = EModType::Map;
     std::string PackageName;          // "/UGC12/definition", "/Game/CustomMaps/SVR_x/definition"
@@ -29,9 +29,9 @@ struct FKelvorDefinition
 };
 
 // "Kelvor_Map", "Kelvor_Mod", "Kelvor_GameMode": the engine class names without their U prefix.
-const char* DefinitionClassName(EModType Class);
-std::optional<EModType> ParseDefinitionClassName(const std::string& Name);
+MAPTORNCORE_API const char* DefinitionClassName(EModType Class);
+MAPTORNCORE_API std::optional<EModType> ParseDefinitionClassName(const std::string& Name);
 
 // The package part of a soft object path: "/UGC12/Maps/Arena.Arena" gives "/UGC12/Maps/Arena".
-std::string GetLongPackageName(const std::string& SoftObjectPath);
+MAPTORNCORE_API std::string GetLongPackageName(const std::string& SoftObjectPath);
 }

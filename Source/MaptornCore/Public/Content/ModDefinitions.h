@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Content/KelvorDefinition.h"
 #include "Platform/MaptornPlatform.h"
 
@@ -11,15 +13,15 @@ namespace Maptorn
 class FModioInterface;
 
 // The definition of the mod.io plug-in "UGC<ModId>" when it exists and is of the asked kind.
-std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform, const std::string& ModId, EModType Kind);
+MAPTORNCORE_API std::shared_ptr<FKelvorDefinition> LoadModDefinition(FMaptornPlatform& Platform, const std::string& ModId, EModType Kind);
 
 // The definition of "UGC<ModId>" whatever its kind.
-std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId);
+MAPTORNCORE_API std::shared_ptr<FKelvorDefinition> LoadAnyModDefinition(FMaptornPlatform& Platform, const std::string& ModId);
 
 // Creates the content-only plug-in "UGC<ModId>" from the engine's ContentOnly template, with its
 // definition of the given kind saved at once, and remembers it in the client's created mods.
-bool CreateUGCPlugin(FMaptornPlatform& Platform, FModioInterface& Client, const std::string& ModId, EModType Type);
+MAPTORNCORE_API bool CreateUGCPlugin(FMaptornPlatform& Platform, FModioInterface& Client, const std::string& ModId, EModType Type);
 
 // "UGC" followed by the mod id.
-std::string MakeUGCPluginName(const std::string& ModId);
+MAPTORNCORE_API std::string MakeUGCPluginName(const std::string& ModId);
 }

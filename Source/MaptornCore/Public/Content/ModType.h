@@ -16,7 +16,7 @@ enum class EModType : uint8
 };
 
 // "Map", "Mod", "GameMode": the mod.io tag and metadata word of a type.
-const char* ModTypeWord(EModType Type);
+MAPTORNCORE_API const char* ModTypeWord(EModType Type);
 // Accepts the words above and "gamemode" in any case; empty for anything else.
-std::optional<EModType> ParseModType(const std::string& Text);
+MAPTORNCORE_API std::optional<EModType> ParseModType(const std::string& Text);
 }

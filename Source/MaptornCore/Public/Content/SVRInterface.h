@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Content/KelvorDefinition.h"
 #include "Platform/MaptornPlatform.h"
 
@@ -10,7 +12,7 @@ namespace Maptorn
 {
 // The project's own map (a Steam Workshop or server map) under /Game/CustomMaps/, in a folder
 // "UGC<id>" or "SVR_<id>". Construction scans the project for that folder.
-class FSVRInterface
+class MAPTORNCORE_API FSVRInterface
 {
 public:
     explicit FSVRInterface(FMaptornPlatform& InPlatform);
@@ -35,8 +37,8 @@ private:
 
 // The name the window keeps for a typed map name: a valid file name with blanks and dots
 // turned into underscores.
-std::string SanitizeMapName(const std::string& TypedName);
+MAPTORNCORE_API std::string SanitizeMapName(const std::string& TypedName);
 
 // Number of characters (code points) of UTF-8 text.
-std::size_t CountCharacters(const std::string& Utf8Text);
+MAPTORNCORE_API std::size_t CountCharacters(const std::string& Utf8Text);
 }

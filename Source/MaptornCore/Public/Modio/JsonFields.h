@@ -13,15 +13,15 @@ namespace Maptorn::JsonFields
 // parsed, and numbers out of range are clamped instead of overflowing.
 using FJson = nlohmann::json;
 
-const FJson* FindField(const FJson& Object, const char* Key);
-std::string GetString(const FJson& Object, const char* Key);
-double GetNumber(const FJson& Object, const char* Key);
-bool TryGetNumber(const FJson& Object, const char* Key, double& OutNumber);
-bool GetBool(const FJson& Object, const char* Key);
+MAPTORNCORE_API const FJson* FindField(const FJson& Object, const char* Key);
+MAPTORNCORE_API std::string GetString(const FJson& Object, const char* Key);
+MAPTORNCORE_API double GetNumber(const FJson& Object, const char* Key);
+MAPTORNCORE_API bool TryGetNumber(const FJson& Object, const char* Key, double& OutNumber);
+MAPTORNCORE_API bool GetBool(const FJson& Object, const char* Key);
 // The object or array under Key; null when absent or of another type.
-const FJson* TryGetObject(const FJson& Object, const char* Key);
-const FJson* TryGetArray(const FJson& Object, const char* Key);
+MAPTORNCORE_API const FJson* TryGetObject(const FJson& Object, const char* Key);
+MAPTORNCORE_API const FJson* TryGetArray(const FJson& Object, const char* Key);
 
-int32 TruncateToInt32(double Number);
-int64 TruncateToInt64(double Number);
+MAPTORNCORE_API int32 TruncateToInt32(double Number);
+MAPTORNCORE_API int64 TruncateToInt64(double Number);
 }

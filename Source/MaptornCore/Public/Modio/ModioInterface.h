@@ -23,12 +23,12 @@ namespace Maptorn
 {
 // A decimal mod id as the SDK's 64-bit id, read as the engine's ParseInt64 does (optional sign,
 // digits, nothing else); empty when it is not a number.
-std::optional<int64> ParseModId(const std::string& ModId);
+MAPTORNCORE_API std::optional<int64> ParseModId(const std::string& ModId);
 
 // The mod.io side of the workshop: the session and login, the create-page fields, the user's own
 // mods, the upload queue, the source-plug-in catalogue and the downloads. Touched only on the
 // game thread; every completion arrives through the module's tick.
-class FModioInterface
+class MAPTORNCORE_API FModioInterface
 {
 public:
     // Seconds of idle, logged-in time between two refreshes of the user's own mods.

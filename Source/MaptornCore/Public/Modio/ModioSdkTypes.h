@@ -16,7 +16,7 @@ inline constexpr int32 HttpRequestFailed = 20489;
 }
 
 // An SDK result: true (an error) when Value is not zero.
-struct FModioErrorCode
+struct MAPTORNCORE_API FModioErrorCode
 {
     int32 Value = 0;
     std::string Message;
@@ -59,7 +59,7 @@ enum class EModioModfilePlatform : uint8
     Source = 11,
 };
 
-struct FModioInitializeOptions
+struct MAPTORNCORE_API FModioInitializeOptions
 {
     int64 GameId = 0;
     std::string ApiKey;
@@ -68,7 +68,7 @@ struct FModioInitializeOptions
     std::string BaseUrl;
 };
 
-struct FModioCreateModParams
+struct MAPTORNCORE_API FModioCreateModParams
 {
     std::string PathToLogoFile;
     std::string Name;
@@ -77,7 +77,7 @@ struct FModioCreateModParams
     std::optional<std::string> MetadataBlob;
 };
 
-struct FModioEditModParams
+struct MAPTORNCORE_API FModioEditModParams
 {
     std::optional<std::string> Name;
     std::optional<std::string> Summary;
@@ -86,7 +86,7 @@ struct FModioEditModParams
     std::optional<std::string> MetadataBlob;
 };
 
-struct FModioCreateModFileParams
+struct MAPTORNCORE_API FModioCreateModFileParams
 {
     std::string RootDirectory;
     std::optional<std::string> VersionString;
@@ -96,7 +96,7 @@ struct FModioCreateModFileParams
     std::optional<std::vector<EModioModfilePlatform>> ModfilePlatforms;
 };
 
-struct FModioModInfo
+struct MAPTORNCORE_API FModioModInfo
 {
     FModioModID ModId = 0;
     std::string Name;
@@ -104,7 +104,7 @@ struct FModioModInfo
 };
 
 // An opaque ticket for one mod creation.
-struct FModioModCreationHandle
+struct MAPTORNCORE_API FModioModCreationHandle
 {
     int64 Value = 0;
 };
@@ -117,7 +117,7 @@ enum class EModioModManagementEventType : uint8
     Uploaded = 3,
 };
 
-struct FModioModManagementEvent
+struct MAPTORNCORE_API FModioModManagementEvent
 {
     FModioModID ID = 0;
     EModioModManagementEventType Event = EModioModManagementEventType::Installed;
@@ -133,7 +133,7 @@ enum class EModioModProgressState : uint8
     Uploading = 4,
 };
 
-struct FModioModProgressInfo
+struct MAPTORNCORE_API FModioModProgressInfo
 {
     FModioModID ID = 0;
     EModioModProgressState State = EModioModProgressState::Initializing;
@@ -144,5 +144,5 @@ struct FModioModProgressInfo
 };
 
 // The SDK library's percent helper: Current ÷ Total × 100, 0 when Total is 0.
-float Pct_Int64Int64(int64 Current, int64 Total);
+MAPTORNCORE_API float Pct_Int64Int64(int64 Current, int64 Total);
 }

@@ -21,10 +21,10 @@ enum class ESourceModInstallState : uint8
 
 // "Not Installed", "Installed", "Requires Update", "Downloading", "Download Pending",
 // "Installed, Editor Restart Required"; empty for other values.
-const char* InstallStateWord(uint8 InstallState);
+MAPTORNCORE_API const char* InstallStateWord(uint8 InstallState);
 
 // One mod read from a mod.io mod object.
-struct FSourceModInfo
+struct MAPTORNCORE_API FSourceModInfo
 {
     std::string PluginName;      // "UGC<id>"
     std::string Name;
@@ -34,7 +34,7 @@ struct FSourceModInfo
     EModType ModType = EModType::Map;
     std::vector<std::string> Tags;
     std::string LogoUrl;
-    int32 Version = 0;
+    std::string Version;         // the live modfile's version as mod.io holds it: text ("1.2.3", or "7" from this tool)
     int64 FileSize = 0;
     bool bWindows = false;
     bool bOculus = false;
@@ -44,7 +44,7 @@ struct FSourceModInfo
 };
 
 // One page of catalogue results.
-struct FSourceModList
+struct MAPTORNCORE_API FSourceModList
 {
     std::vector<FSourceModInfo> Mods;
     int32 CurrentPage = 1;
@@ -67,14 +67,14 @@ enum class ESourceModQueryType : uint32
 };
 
 // One entry of a mod's dependency list.
-struct FModDependency
+struct MAPTORNCORE_API FModDependency
 {
     std::string ModId;
     std::string Name;
     int32 DependencyDepth = 0;
 };
 
-struct FSourceModQuery
+struct MAPTORNCORE_API FSourceModQuery
 {
     ESourceModQueryType SortType = ESourceModQueryType::Popular;
     std::vector<std::string> FilterTags;

@@ -16,7 +16,7 @@ namespace Maptorn
 // The root object of the workshop: owns the project-map object, the Steam deploy object and the
 // mod.io client, holds the few settings the window shares, and drives the client every frame.
 // There is one at a time; FMaptornModule::Get() finds it.
-class FMaptornModule
+class MAPTORNCORE_API FMaptornModule
 {
 public:
     static constexpr const char* ModuleName = "Maptorn";
@@ -69,5 +69,5 @@ private:
 };
 
 // The module manager's entry point: creates the one module object.
-std::unique_ptr<FMaptornModule> InitializeModule(FMaptornPlatform& Platform, FMaptornConfig Config);
+MAPTORNCORE_API std::unique_ptr<FMaptornModule> InitializeModule(FMaptornPlatform& Platform, FMaptornConfig Config);
 }

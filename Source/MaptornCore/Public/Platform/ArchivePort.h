@@ -1,12 +1,14 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <string>
 
 namespace Maptorn
 {
 // Stands for the ZIP library: extracts every entry of an archive into a folder, keeping the
 // entries' relative paths. Blocking; called from a pool worker.
-class IMaptornArchive
+class MAPTORNCORE_API IMaptornArchive
 {
 public:
     virtual ~IMaptornArchive() = default;

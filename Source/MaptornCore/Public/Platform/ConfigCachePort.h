@@ -1,12 +1,14 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <optional>
 #include <string>
 
 namespace Maptorn
 {
 // Stands for the engine's configuration cache (GConfig) over INI files named by their path.
-class IConfigCache
+class MAPTORNCORE_API IConfigCache
 {
 public:
     virtual ~IConfigCache() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Content/KelvorDefinition.h"
 
 #include <memory>
@@ -9,7 +11,7 @@ namespace Maptorn
 {
 // Stands for loading, creating and saving the definition assets. Loading the same object twice
 // gives the same shared object, as the engine's object system does.
-class IMaptornDefinitions
+class MAPTORNCORE_API IMaptornDefinitions
 {
 public:
     virtual ~IMaptornDefinitions() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <optional>
 #include <string>
 
@@ -21,7 +23,7 @@ enum class EAppReturnType
 
 // Stands for the engine's modal message boxes, the desktop file dialogs and opening a URL.
 // Message boxes may be shown from worker threads, as the build tasks do.
-class IMaptornDialogs
+class MAPTORNCORE_API IMaptornDialogs
 {
 public:
     virtual ~IMaptornDialogs() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Platform/ConfigCachePort.h"
 
 #include <optional>
@@ -9,7 +11,7 @@
 namespace Maptorn
 {
 // What the plug-in manager knows of one plug-in.
-struct FPluginInfo
+struct MAPTORNCORE_API FPluginInfo
 {
     std::string Name;            // the descriptor's file name without extension, also the content mount "/Name/"
     std::string FriendlyName;
@@ -22,7 +24,7 @@ struct FPluginInfo
 };
 
 // The fresh descriptor written for a plug-in created from a template.
-struct FPluginDescriptor
+struct MAPTORNCORE_API FPluginDescriptor
 {
     std::string FriendlyName;
     std::string Description;
@@ -35,7 +37,7 @@ struct FPluginDescriptor
 // Stands for the engine's paths (FPaths), its version, the plug-in manager and the config cache.
 // Directory getters may answer relative paths, as the engine does; callers make them absolute
 // with the base directory where they need to.
-class IMaptornEngine
+class MAPTORNCORE_API IMaptornEngine
 {
 public:
     virtual ~IMaptornEngine() = default;

@@ -24,7 +24,7 @@ enum class EHttpRequestStatus
 };
 
 // Stands for the engine's IHttpResponse.
-class IHttpResponse
+class MAPTORNCORE_API IHttpResponse
 {
 public:
     virtual ~IHttpResponse() = default;
@@ -47,7 +47,7 @@ using FHttpRequestHeaderReceivedDelegate =
 
 // Stands for the engine's IHttpRequest. A failed transfer completes with bConnectedSuccessfully
 // false and no response.
-class IHttpRequest
+class MAPTORNCORE_API IHttpRequest
 {
 public:
     virtual ~IHttpRequest() = default;
@@ -80,7 +80,7 @@ public:
 };
 
 // Stands for FHttpModule.
-class IMaptornHttp
+class MAPTORNCORE_API IMaptornHttp
 {
 public:
     virtual ~IMaptornHttp() = default;

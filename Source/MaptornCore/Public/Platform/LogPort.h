@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <string>
 
 namespace Maptorn
@@ -19,12 +21,12 @@ inline constexpr const char* LogTemp = "LogTemp";
 }
 
 // Stands for the engine's logging macros: one line in a category at a verbosity.
-class IMaptornLog
+class MAPTORNCORE_API IMaptornLog
 {
 public:
     virtual ~IMaptornLog() = default;
     virtual void Log(const char* Category, ELogVerbosity Verbosity, const std::string& Message) = 0;
 };
 
-const char* ToString(ELogVerbosity Verbosity);
+MAPTORNCORE_API const char* ToString(ELogVerbosity Verbosity);
 }

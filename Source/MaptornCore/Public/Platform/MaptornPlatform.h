@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Platform/ArchivePort.h"
 #include "Platform/DefinitionsPort.h"
 #include "Platform/DialogsPort.h"
@@ -13,7 +15,7 @@
 namespace Maptorn
 {
 // Everything the core asks of its host, handed over once at construction.
-struct FMaptornPlatform
+struct MAPTORNCORE_API FMaptornPlatform
 {
     IMaptornLog& Log;
     IMaptornDialogs& Dialogs;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Modio/ModioSdkTypes.h"
 
 #include <functional>
@@ -15,7 +17,7 @@ using FOnModManagementDelegate = std::function<void(FModioModManagementEvent)>;
 
 // Stands for the mod.io engine plug-in's subsystem. Completions are queued and run only by
 // RunPendingHandlers, which the module's tick calls, so they run on the game thread.
-class IModioSession
+class MAPTORNCORE_API IModioSession
 {
 public:
     virtual ~IModioSession() = default;

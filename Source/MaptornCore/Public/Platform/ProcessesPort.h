@@ -9,7 +9,7 @@ namespace Maptorn
 // Stands for FPlatformProcess::ExecProcess: runs a program and waits for it.
 // The command line is the executable quoted ("exe" params) unless Url already starts with a
 // quote, then `Url Params`; the host splits it into arguments by the Windows rules.
-class IMaptornProcesses
+class MAPTORNCORE_API IMaptornProcesses
 {
 public:
     virtual ~IMaptornProcesses() = default;

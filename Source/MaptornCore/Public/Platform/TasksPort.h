@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include <functional>
 #include <memory>
 
@@ -12,7 +14,7 @@ enum class ENamedThreads
 };
 
 // A task started on the thread pool; the game thread polls it.
-class ITaskHandle
+class MAPTORNCORE_API ITaskHandle
 {
 public:
     virtual ~ITaskHandle() = default;
@@ -20,7 +22,7 @@ public:
 };
 
 // Stands for the engine's task graph (AsyncTask) and its global thread pool.
-class IMaptornTasks
+class MAPTORNCORE_API IMaptornTasks
 {
 public:
     virtual ~IMaptornTasks() = default;

@@ -14,7 +14,7 @@ inline constexpr const char* FormDataBoundary = "f0Qkq8EArxUcuH62RDyzNZKjZ5uYeJu
 // Files are copied into the body in pieces of at most this many bytes (one upload part).
 inline constexpr int64 FormDataCopyChunk = 52428799;
 
-struct FFormDataFields
+struct MAPTORNCORE_API FFormDataFields
 {
     std::string Version;
     std::string Changelog;
@@ -34,19 +34,19 @@ enum class EFormDataBodyError
 
 // Everything before the file's bytes: the three text fields (header lines even when empty) and,
 // with a file, its part headers. The body begins with a CR LF before the first boundary.
-std::string MakeFormDataHead(const FFormDataFields& Fields);
+MAPTORNCORE_API std::string MakeFormDataHead(const FFormDataFields& Fields);
 // The closing boundary.
-std::string MakeFormDataTail();
+MAPTORNCORE_API std::string MakeFormDataTail();
 
 // Writes Head, the bytes of SourceFile (none without one) copied through PartBuffer in pieces
 // of at most ChunkSize bytes, then Tail into BodyFile, so a large file never sits in memory whole.
 // bCancelled, when given, stops the copy between pieces. OutBodySize is the body file's size.
-EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
+MAPTORNCORE_API EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
     const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize,
     const std::atomic<bool>* bCancelled = nullptr);
 
 // Writes the whole body to BodyFile: head, the file copied through PartBuffer in chunks of at most
 // ChunkSize bytes, tail. OutBodySize is the body file's size.
-EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::string& SourceFile, const std::string& BodyFile,
+MAPTORNCORE_API EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::string& SourceFile, const std::string& BodyFile,
     std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize = FormDataCopyChunk);
 }

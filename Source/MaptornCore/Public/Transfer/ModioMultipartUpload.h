@@ -12,7 +12,7 @@
 namespace Maptorn
 {
 // One slice of the file as announced to the service.
-struct FMultipartUploadPart
+struct MAPTORNCORE_API FMultipartUploadPart
 {
     int32 Offset = 0;
     int32 Size = 0;
@@ -23,7 +23,7 @@ struct FMultipartUploadPart
 // Sends one mod file to mod.io, either part by part (Start) or as one form-data POST whose body
 // is first written to a temporary file (SendFormData). One object per upload; the request
 // handlers keep it alive until the last answer. Every end fires OnFinished exactly once.
-class FModioMultipartUpload : public std::enable_shared_from_this<FModioMultipartUpload>
+class MAPTORNCORE_API FModioMultipartUpload : public std::enable_shared_from_this<FModioMultipartUpload>
 {
 public:
     static constexpr int32 PartSize = 52428799;

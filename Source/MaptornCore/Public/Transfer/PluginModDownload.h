@@ -21,7 +21,7 @@ enum class EPluginDownloadState : uint8
 // One shared source plug-in on its way into the project: downloaded as a ZIP archive in ranged
 // chunks streamed to disk, extracted on a pool worker, then installed into the project's plug-ins.
 // Handlers run on the game thread; the owner polls Update every frame.
-class FPluginModDownload : public std::enable_shared_from_this<FPluginModDownload>
+class MAPTORNCORE_API FPluginModDownload : public std::enable_shared_from_this<FPluginModDownload>
 {
 public:
     static constexpr int64 ChunkSize = 512000000;
@@ -71,5 +71,5 @@ private:
 };
 
 // Parses "bytes <first>-<last>/<total>"; false when it is not that shape.
-bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal);
+MAPTORNCORE_API bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal);
 }

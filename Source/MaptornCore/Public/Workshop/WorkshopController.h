@@ -20,7 +20,7 @@ class FModioInterface;
 
 // What the toolkit redraws when the controller changes something it cannot bind to a getter.
 // Each is optional.
-struct FWorkshopViewEvents
+struct MAPTORNCORE_API FWorkshopViewEvents
 {
     std::function<void()> ScrollSourceModsToStart;
     std::function<void()> SourceModRowsRebuilt;
@@ -33,7 +33,7 @@ struct FWorkshopViewEvents
 // controls call. It owns almost nothing: each call finds the module, and through it the mod.io
 // client, which may be absent; every getter has an answer for that case. Button handlers answer
 // handled (true); value-change handlers return nothing. UI thread only.
-class FWorkshopController
+class MAPTORNCORE_API FWorkshopController
 {
 public:
     static constexpr int32 SourceModPageSize = 20;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Common/CoreTypes.h"
+
 #include "Modio/SourceModInfo.h"
 #include "Workshop/WorkshopTypes.h"
 
@@ -11,7 +13,7 @@ namespace Maptorn
 {
 // One row of the upload page's list: one of the user's own mods. Its button hands the mod id back
 // to the window that built it, and only while that window lives.
-class FWorkshopUploadEntry
+class MAPTORNCORE_API FWorkshopUploadEntry
 {
 public:
     using FOnSelect = std::function<void(const std::string& ModId)>;
@@ -36,7 +38,7 @@ private:
 };
 
 // One row of the source-plug-in browser: a shared plug-in on mod.io with its local state.
-class FWorkshopSourcePluginEntry
+class MAPTORNCORE_API FWorkshopSourcePluginEntry
 {
 public:
     using FOnAdd = std::function<void(const FSourceModInfo& Mod)>;

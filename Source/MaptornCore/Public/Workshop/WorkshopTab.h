@@ -10,7 +10,7 @@ namespace Maptorn
 {
 // One button of the window's tab strip. The chosen page lives in the module (TabIndex), so every
 // button and the page switcher read the same value and a reopened window shows the same page.
-struct FWorkshopTab
+struct MAPTORNCORE_API FWorkshopTab
 {
     std::string Label;
     int32 TabIndex = 0;
@@ -22,5 +22,5 @@ struct FWorkshopTab
 };
 
 // The pages in strip order: 0 "Account", 1 "Create Mod", 2 "Upload Mod", 3 "Download Source Plugin".
-std::vector<FWorkshopTab> MakeWorkshopTabs();
+MAPTORNCORE_API std::vector<FWorkshopTab> MakeWorkshopTabs();
 }

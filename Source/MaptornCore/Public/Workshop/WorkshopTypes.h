@@ -23,7 +23,7 @@ enum class ECheckBoxState : uint8
 };
 
 // An 8-bit sRGB colour with alpha, as the toolkit's FColor holds it.
-struct FWorkshopColor
+struct MAPTORNCORE_API FWorkshopColor
 {
     uint8 R = 0;
     uint8 G = 0;
