@@ -2,10 +2,13 @@
 
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
+#include "Common/StringUtil.h"
 #include "Platform/IniConfigCache.h"
+#include "Platform/RestModioSessionRequests.h"
 
 #include <cctype>
 #include <cstdlib>
+#include <iostream>
 
 namespace Maptorn::Cli
 {
@@ -78,6 +81,33 @@ std::string DefaultUserSettingsDir()
     return Home.empty() ? std::string("/tmp") : Paths::Combine(Home, ".local/share");
 }
 
+// The key is a secret: on the command line every user could read it in the process list, so it
+// comes from a file, or from standard input with "-".
+bool ReadApiKeyFile(const std::string& File, FSetting& OutKey, std::string& OutError)
+{
+    std::string Text;
+    if (File == "-")
+    {
+        std::getline(std::cin, Text);
+    }
+    else if (std::optional<std::string> Loaded = FileHelper::LoadFileToString(File))
+    {
+        Text = Loaded->substr(0, Loaded->find('\n'));
+    }
+    else
+    {
+        OutError = "The API key file " + File + " cannot be read.";
+        return false;
+    }
+    OutKey = {TrimWhitespace(Text), File == "-" ? "--modio-api-key-file (standard input)" : "--modio-api-key-file " + File};
+    if (OutKey.Value.empty())
+    {
+        OutError = File == "-" ? std::string("No API key came on standard input.") : "The API key file " + File + " is empty.";
+        return false;
+    }
+    return true;
+}
+
 bool IsDigits(const std::string& Text)
 {
     if (Text.empty())
@@ -126,7 +156,11 @@ bool ResolveSettings(const FHostOptions& Options, FResolvedSettings& OutSettings
     OutSettings.SteamAppId = Reader.Read(Options.SteamAppId, "--steam-app-id", "MAPTORN_STEAM_APP_ID", "steam_app_id");
     OutSettings.ModioBaseUrl = Reader.Read(Options.ModioBaseUrl, "--modio-url", "MAPTORN_MODIO_URL", "modio_url");
     OutSettings.ModioGameId = Reader.Read(Options.ModioGameId, "--modio-game-id", "MAPTORN_MODIO_GAME_ID", "modio_game_id");
-    OutSettings.ModioApiKey = Reader.Read(Options.ModioApiKey, "--modio-api-key", "MAPTORN_MODIO_API_KEY", "modio_api_key");
+    OutSettings.ModioApiKey = Reader.Read(Options.ModioApiKey, "the host", "MAPTORN_MODIO_API_KEY", "modio_api_key");
+    if (!Options.ModioApiKeyFile.empty() && !ReadApiKeyFile(Options.ModioApiKeyFile, OutSettings.ModioApiKey, OutError))
+    {
+        return false;
+    }
 
     if (OutSettings.UserSettingsDir.Value.empty())
     {
@@ -149,9 +183,9 @@ bool ResolveSettings(const FHostOptions& Options, FResolvedSettings& OutSettings
         // mod.io's own per-game origin.
         OutSettings.ModioBaseUrl = {"https://g-" + OutSettings.ModioGameId.Value + ".modapi.io", "default"};
     }
-    while (!OutSettings.ModioBaseUrl.Value.empty() && OutSettings.ModioBaseUrl.Value.back() == '/')
+    if (!OutSettings.ModioBaseUrl.Value.empty())
     {
-        OutSettings.ModioBaseUrl.Value.pop_back();
+        OutSettings.ModioBaseUrl.Value = ModioRest::ResolveBaseUrl(OutSettings.ModioBaseUrl.Value, 0);
     }
     return true;
 }

@@ -18,7 +18,8 @@ struct FHostOptions
     std::string SteamAppId;
     std::string ModioBaseUrl;
     std::string ModioGameId;
-    std::string ModioApiKey;
+    std::string ModioApiKey;        // set by the host itself (the demo); never a command-line flag
+    std::string ModioApiKeyFile;    // a file holding the key, or "-" for standard input
     std::string LogFile;
     bool bAssumeYes = false;
     bool bVerbose = false;

@@ -18,7 +18,8 @@ void AddGlobalOptions(CLI::App& App, FHostOptions& Options)
     App.add_option("--steam-app-id", Options.SteamAppId, "The game's Steam application id");
     App.add_option("--modio-url", Options.ModioBaseUrl, "The mod.io API origin (default: https://g-<game id>.modapi.io)");
     App.add_option("--modio-game-id", Options.ModioGameId, "The game's mod.io game id");
-    App.add_option("--modio-api-key", Options.ModioApiKey, "The game's mod.io API key (better: MAPTORN_MODIO_API_KEY or the config file)");
+    App.add_option("--modio-api-key-file", Options.ModioApiKeyFile,
+        "A file holding the game's mod.io API key, or - to read it from standard input (or: MAPTORN_MODIO_API_KEY, the config file)");
     App.add_option("--log-file", Options.LogFile, "Also write every log line to this file");
     App.add_flag("--yes,-y", Options.bAssumeYes, "Answer yes to every question");
     App.add_flag("--verbose,-v", Options.bVerbose, "Show progress log lines too, not only warnings and errors");

@@ -74,7 +74,7 @@ bool FStandaloneHost::RequireModioSettings(std::string& OutError) const
 {
     if (Settings.ModioGameId.Value.empty() || Settings.ModioApiKey.Value.empty())
     {
-        OutError = "This command talks to mod.io: set the game id and API key (--modio-game-id and --modio-api-key, "
+        OutError = "This command talks to mod.io: set the game id and API key (--modio-game-id and --modio-api-key-file, "
                    "MAPTORN_MODIO_GAME_ID and MAPTORN_MODIO_API_KEY, or the config file).";
         return false;
     }

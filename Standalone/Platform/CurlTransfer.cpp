@@ -53,7 +53,9 @@ CURL* FCurlTransfer::Prepare(const FCurlHttpOptions& Options)
     curl_easy_setopt(Easy, CURLOPT_BUFFERSIZE, 512L * 1024L);
     curl_easy_setopt(Easy, CURLOPT_UPLOAD_BUFFERSIZE, 512L * 1024L);
     curl_easy_setopt(Easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(Easy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    // A redirect may not take an https request to plain http, where the file or token could be read or changed.
+    const bool bSecure = Setup.Url.size() >= 8 && EqualsIgnoreCase(std::string_view(Setup.Url).substr(0, 8), "https://");
+    curl_easy_setopt(Easy, CURLOPT_REDIR_PROTOCOLS_STR, bSecure ? "https" : "http,https");
     curl_easy_setopt(Easy, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(Easy, CURLOPT_SSL_VERIFYHOST, 2L);
     if (!Options.CaBundle.empty())

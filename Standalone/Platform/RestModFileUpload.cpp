@@ -201,7 +201,7 @@ void FRestModFileUpload::SendWholeFile()
     });
 }
 
-void FRestModFileUpload::Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer)
+void FRestModFileUpload::Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer, FAnswerHandler OnRefusal)
 {
     if (!Request)
     {
@@ -209,7 +209,7 @@ void FRestModFileUpload::Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer)
         return;
     }
     std::weak_ptr<int> Alive = Lifetime;
-    Request->OnProcessRequestComplete() = [this, Alive, OnAnswer = std::move(OnAnswer)](
+    Request->OnProcessRequestComplete() = [this, Alive, OnAnswer = std::move(OnAnswer), OnRefusal = std::move(OnRefusal)](
                                               FHttpRequestPtr, FHttpResponsePtr Response, bool bConnectedSuccessfully) {
         if (Alive.expired())
         {
@@ -222,6 +222,11 @@ void FRestModFileUpload::Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer)
             return;
         }
         const int32 Status = Response->GetResponseCode();
+        if ((Status < 200 || Status >= 300) && OnRefusal)
+        {
+            OnRefusal(Status, Response->GetContentAsString());
+            return;
+        }
         if (Status < 200 || Status >= 300)
         {
             Finish(ModioRest::ErrorFromAnswer(Status, Response->GetContentAsString()), Status == 401);

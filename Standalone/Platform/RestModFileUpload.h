@@ -81,7 +81,8 @@ private:
     int64 ConfirmedBytes() const;
 
     // The answer goes to OnAnswer when 2xx; anything else finishes the upload with its error.
-    void Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer);
+    // OnRefusal, when given, takes the answers other than 2xx instead of ending the upload.
+    void Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer, FAnswerHandler OnRefusal = nullptr);
     FHttpRequestPtr MakeRequest(const std::string& Verb, const std::string& Url);
     FHttpRequestPtr MakeFormRequest(const std::string& Url, const std::string& Body);
     void SetProgress(EModioModProgressState State, int64 Current, int64 Total);
@@ -102,6 +103,11 @@ private:
     int64 ArchiveSize = 0;
     int64 BodyHeadSize = 0;
     std::string ArchiveMd5;
+    // The multipart nonce is the archive's MD5, then "<md5>-<n>": a nonce whose session completed
+    // is refused (29002), so the next generation opens a new session, while an interrupted one is
+    // found again under its own nonce.
+    int32 NonceGeneration = 0;
+    static constexpr int32 MaxNonceGenerations = 100;
 
     std::string UploadId;
     std::vector<bool> PartsOnService;

@@ -1,6 +1,7 @@
-// An archive above the threshold goes through a multipart session: open it (the archive's MD5 is
-// the nonce, so a later run of the same archive gets the same session back), list the parts the
-// service already holds, send the others one at a time, complete, then add the file by upload id.
+// An archive above the threshold goes through a multipart session: open it (the nonce comes from
+// the archive's MD5, so a later run of an interrupted upload gets the same session back), list the
+// parts the service already holds, send the others one at a time, complete, then add the file by
+// upload id.
 
 #include "Common/StringUtil.h"
 #include "Platform/RestModFileRequests.h"
@@ -56,7 +57,8 @@ int64 FRestModFileUpload::ConfirmedBytes() const
 void FRestModFileUpload::OpenSession()
 {
     SetProgress(EModioModProgressState::Uploading, 0, ArchiveSize);
-    const std::string Body = ModioRest::MakeUrlEncodedForm({{"filename", ArchiveName}, {"nonce", ArchiveMd5}});
+    const std::string Nonce = NonceGeneration == 0 ? ArchiveMd5 : ArchiveMd5 + "-" + std::to_string(NonceGeneration);
+    const std::string Body = ModioRest::MakeUrlEncodedForm({{"filename", ArchiveName}, {"nonce", Nonce}});
     Send(MakeFormRequest(ModioRest::MultipartUrl(Target.BaseUrl, Target.GameId, Target.ModId), Body),
         [this](int32, const std::string& Answer) {
             const std::optional<ModioRest::FUploadSession> Session = ModioRest::ReadUploadSession(Answer);
@@ -76,6 +78,17 @@ void FRestModFileUpload::OpenSession()
                 return;
             }
             ListParts(0);
+        },
+        [this](int32 Status, const std::string& Answer) {
+            const FModioErrorCode Error = ModioRest::ErrorFromAnswer(Status, Answer);
+            // This archive went up before under that nonce: the next one opens a new session.
+            if (Error.Value == ModioRest::ErrorValue::NonceOfCompletedSession && NonceGeneration < MaxNonceGenerations)
+            {
+                ++NonceGeneration;
+                OpenSession();
+                return;
+            }
+            Finish(Error, Status == 401);
         });
 }
 

@@ -188,18 +188,24 @@ void FRestModioSession::OnEmailExchanged(const std::string& Token, int64 DateExp
 
 void FRestModioSession::ClearUserDataAsync(FOnErrorOnlyDelegate Callback)
 {
-    // Revoking the token is a courtesy to the service: forgetting it here does not wait for it.
-    if (!AccessToken.empty() && !RefusalToStart())
+    if (AccessToken.empty() || RefusalToStart())
     {
-        FHttpRequestPtr Logout = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::LogoutUrl(BaseUrl), AccessToken);
-        if (Logout)
-        {
-            Logout->SetHeader("Content-Type", "application/x-www-form-urlencoded");
-            Send(Logout, [](int32, const std::string&) {}, nullptr);
-        }
+        ForgetLogin();
+        Complete(std::move(Callback), {});
+        return;
+    }
+    // The token is revoked on the service before the logout counts as done, so that a process
+    // ending right after it does not cut the request off; a service that is slow to answer only
+    // holds it up for LogoutTimeoutSeconds. Either way the login is forgotten here.
+    FHttpRequestPtr Logout = ModioRequests::MakeAuthorizedRequest(Http, "POST", ModioRest::LogoutUrl(BaseUrl), AccessToken);
+    if (Logout)
+    {
+        Logout->SetHeader("Content-Type", "application/x-www-form-urlencoded");
+        Logout->SetTimeout(LogoutTimeoutSeconds);
     }
     ForgetLogin();
-    Complete(std::move(Callback), {});
+    const auto OnEnd = [this, Callback](FModioErrorCode) { Complete(Callback, {}); };
+    Send(Logout, [OnEnd](int32, const std::string&) { OnEnd({}); }, OnEnd);
 }
 
 void FRestModioSession::ShutdownAsync(FOnErrorOnlyDelegate Callback)

@@ -49,6 +49,9 @@ public:
 
     EModioLogLevel GetLogLevel() const { return LogLevel; }
 
+    // How long a logout waits for the service to revoke the token.
+    static constexpr float LogoutTimeoutSeconds = 5.0f;
+
     // Standalone only: the multipart threshold, the part size and where temporary upload files
     // go, for the mod-file submissions started afterwards.
     void SetUploadOptions(FRestUploadOptions Options);

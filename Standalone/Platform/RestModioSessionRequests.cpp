@@ -2,6 +2,7 @@
 
 #include "Common/StringUtil.h"
 #include "Modio/JsonFields.h"
+#include "Modio/ModioErrorAnswer.h"
 
 namespace Maptorn::ModioRest
 {
@@ -13,35 +14,19 @@ std::string DefaultBaseUrl(int64 GameId)
 std::string ResolveBaseUrl(const std::string& ConfiguredBaseUrl, int64 GameId)
 {
     std::string BaseUrl = TrimWhitespace(ConfiguredBaseUrl);
-    while (!BaseUrl.empty() && BaseUrl.back() == '/')
+    const auto DropTrailingSlashes = [&BaseUrl] {
+        while (!BaseUrl.empty() && BaseUrl.back() == '/')
+        {
+            BaseUrl.pop_back();
+        }
+    };
+    DropTrailingSlashes();
+    if (BaseUrl.size() > 3 && EqualsIgnoreCase(std::string_view(BaseUrl).substr(BaseUrl.size() - 3), "/v1"))
     {
-        BaseUrl.pop_back();
+        BaseUrl.resize(BaseUrl.size() - 3);
+        DropTrailingSlashes();
     }
     return BaseUrl.empty() ? DefaultBaseUrl(GameId) : BaseUrl;
-}
-
-std::string UrlEncode(const std::string& Value)
-{
-    static constexpr char Hex[] = "0123456789ABCDEF";
-    std::string Encoded;
-    Encoded.reserve(Value.size());
-    for (const char Character : Value)
-    {
-        const unsigned char Byte = static_cast<unsigned char>(Character);
-        const bool bUnreserved = (Byte >= 'A' && Byte <= 'Z') || (Byte >= 'a' && Byte <= 'z') ||
-            (Byte >= '0' && Byte <= '9') || Byte == '-' || Byte == '.' || Byte == '_' || Byte == '~';
-        if (bUnreserved)
-        {
-            Encoded += Character;
-        }
-        else
-        {
-            Encoded += '%';
-            Encoded += Hex[Byte >> 4];
-            Encoded += Hex[Byte & 0x0F];
-        }
-    }
-    return Encoded;
 }
 
 std::string EmailRequestUrl(const std::string& BaseUrl, const std::string& ApiKey)
@@ -95,28 +80,9 @@ bool IsUserObject(const std::string& Body)
 
 FModioErrorCode ErrorFromAnswer(int32 Status, const std::string& Body)
 {
-    const JsonFields::FJson Answer = JsonFields::FJson::parse(Body, nullptr, false);
-    const JsonFields::FJson* Error = JsonFields::TryGetObject(Answer, "error");
-    if (Error)
-    {
-        FModioErrorCode Code;
-        Code.Value = JsonFields::TruncateToInt32(JsonFields::GetNumber(*Error, "error_ref"));
-        Code.Message = JsonFields::GetString(*Error, "message");
-        // A ref of 0 would read as success: the failure still has to show.
-        if (Code.Value != 0)
-        {
-            if (Code.Message.empty())
-            {
-                Code.Message = Printf("mod.io answered HTTP %d (error %d)", Status, Code.Value);
-            }
-            return Code;
-        }
-        if (!Code.Message.empty())
-        {
-            return FModioErrorCode{ModioErrorValue::HttpRequestFailed, Code.Message};
-        }
-    }
-    return FModioErrorCode{ModioErrorValue::HttpRequestFailed, Printf("HTTP request failed (HTTP %d)", Status)};
+    const FModioErrorAnswer Answer = ReadErrorAnswer(Status, Body);
+    // A ref of 0 would read as success: the failure still has to show.
+    return FModioErrorCode{Answer.ErrorRef != 0 ? Answer.ErrorRef : ModioErrorValue::HttpRequestFailed, DescribeErrorAnswer(Answer)};
 }
 
 FModioErrorCode TransportFailure()

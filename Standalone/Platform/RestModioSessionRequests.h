@@ -15,6 +15,8 @@ namespace ErrorValue
 inline constexpr int32 NoAuthToken = 20994;      // UserAuthError: no user is logged in
 inline constexpr int32 BadParameter = 21761;     // GenericError: a game id, API key, logo or folder missing or unusable
 inline constexpr int32 SdkNotInitialized = 21769; // GenericError: not initialised, or shut down
+// mod.io's error_ref for a multipart nonce whose session has completed.
+inline constexpr int32 NonceOfCompletedSession = 29002;
 // Ours, numbered apart from the SDK's categories and mod.io's error refs.
 inline constexpr int32 UploadAlreadyRunning = 31001; // a mod file is being submitted already
 inline constexpr int32 ArchiveFailed = 31002;        // the folder could not be packed, or its temporary files written
@@ -24,11 +26,9 @@ inline constexpr int32 ArchiveFailed = 31002;        // the folder could not be 
 
 // mod.io's own origin for a game: "https://g-<gameid>.modapi.io".
 std::string DefaultBaseUrl(int64 GameId);
-// The configured origin without trailing "/", or the default one when empty.
+// The configured origin without trailing "/" and without one "/v1" (a game's API page shows the
+// URL with it; every path here starts with "/v1"), or the default one when empty.
 std::string ResolveBaseUrl(const std::string& ConfiguredBaseUrl, int64 GameId);
-
-// RFC 3986: unreserved characters (A-Z a-z 0-9 - . _ ~) stay, every other byte becomes %XX.
-std::string UrlEncode(const std::string& Value);
 
 std::string EmailRequestUrl(const std::string& BaseUrl, const std::string& ApiKey);
 std::string EmailRequestBody(const std::string& EmailAddress);
@@ -51,8 +51,9 @@ std::optional<FAccessToken> ReadAccessToken(const std::string& Body);
 // True when the body is a user object (a JSON object with an id).
 bool IsUserObject(const std::string& Body);
 
-// The error an answer other than 2xx stands for: mod.io's message with its error_ref as the value,
-// or HttpRequestFailed when the body is not a mod.io error. Never quotes the request.
+// The error an answer other than 2xx stands for: its error_ref as the value (HttpRequestFailed
+// when the body is not a mod.io error), and as message mod.io's message, the status, the ref and
+// each field error of a 422. Never quotes the request.
 FModioErrorCode ErrorFromAnswer(int32 Status, const std::string& Body);
 
 // A transfer that never got an answer.

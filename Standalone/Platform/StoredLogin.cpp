@@ -204,7 +204,9 @@ std::optional<FStoredLogin> LoadStoredLoginFor(const std::string& Path, const st
 
 bool SaveStoredLogin(const std::string& Path, const FStoredLogin& Login)
 {
-    if (Path.empty() || !CreatePrivateFolders(FolderOf(Path)))
+    // A folder that was there before keeps no looser mode than one made here: others may not
+    // even list it.
+    if (Path.empty() || !CreatePrivateFolders(FolderOf(Path)) || ::chmod(FolderOf(Path).c_str(), FolderMode) != 0)
     {
         return false;
     }

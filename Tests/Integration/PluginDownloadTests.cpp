@@ -22,7 +22,7 @@ protected:
     FSourceModInfo Fetch(const std::string& ModId)
     {
         std::optional<FSourceModInfo> Record;
-        Client().FetchSourceMod(ModId, [&](bool bFound, FSourceModInfo Info) { Record = bFound ? Info : FSourceModInfo{}; });
+        Client().FetchSourceMod(ModId, [&](bool bFound, FSourceModInfo Info, std::string) { Record = bFound ? Info : FSourceModInfo{}; });
         Tick([&] { return Record.has_value(); });
         Client().LastSourceModList.Mods = {*Record};
         return *Record;

@@ -6,6 +6,7 @@
 #include "Build/WorkshopDeploy.h"
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
+#include "Common/StringUtil.h"
 #include "Content/ModDefinitions.h"
 #include "Modio/ModioInterface.h"
 #include "Module/MaptornModule.h"
@@ -28,11 +29,6 @@ std::unique_ptr<FStandaloneHost> MakeBuildHost(const FCommandContext& Context, s
     }
     return Host;
 }
-
-bool IsModId(const std::string& Text)
-{
-    return !Text.empty() && Text.find_first_not_of("0123456789") == std::string::npos;
-}
 }
 
 int RunCook(const FCommandContext& Context, const FCookRequest& Request)
@@ -41,7 +37,7 @@ int RunCook(const FCommandContext& Context, const FCookRequest& Request)
     {
         return Fail(Context, ExitBadInput, "Name what to cook: a mod id (its plug-in's linked map, or --cookdir) or --map <package>.");
     }
-    if (!Request.ModId.empty() && !IsModId(Request.ModId))
+    if (!Request.ModId.empty() && !IsPlainModId(Request.ModId))
     {
         return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + Request.ModId + "\").");
     }
@@ -80,7 +76,7 @@ int RunCook(const FCommandContext& Context, const FCookRequest& Request)
 
 int RunPak(const FCommandContext& Context, const std::string& ModId, const std::string& PlatformName, const std::string& OutputDirectory)
 {
-    if (!IsModId(ModId))
+    if (!IsPlainModId(ModId))
     {
         return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + ModId + "\").");
     }
@@ -107,7 +103,7 @@ int RunPak(const FCommandContext& Context, const std::string& ModId, const std::
 
 int RunPackage(const FCommandContext& Context, const FPackageRequest& Request)
 {
-    if (!IsModId(Request.ModId))
+    if (!IsPlainModId(Request.ModId))
     {
         return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + Request.ModId + "\").");
     }

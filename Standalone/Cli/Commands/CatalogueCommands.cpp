@@ -87,8 +87,8 @@ int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request)
     Run->TickUntil([&] { return bSucceeded.has_value(); });
     if (!bSucceeded.value_or(false))
     {
-        return Fail(Context, ExitFailed, "mod.io did not answer the catalogue query at " + Run->Host->Settings.ModioBaseUrl.Value +
-            "; check the URL, the game id and the API key, and your connection.");
+        return Fail(Context, ExitFailed, "The catalogue query at " + Run->Host->Settings.ModioBaseUrl.Value + " failed: " +
+            Client.LastSourceQueryError + ". Check the URL, the game id and the API key, and your connection.");
     }
     FSourceModList Shown = Client.LastSourceModList;
     Shown.Mods.clear();

@@ -6,6 +6,7 @@
 #include "Cli/WorkshopRun.h"
 
 #include "Common/Paths.h"
+#include "Common/StringUtil.h"
 
 #include <nlohmann/json.hpp>
 
@@ -17,7 +18,7 @@ namespace Maptorn::Cli
 {
 int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson)
 {
-    if (ModId.empty() || ModId.size() > 18 || ModId.find_first_not_of("0123456789") != std::string::npos)
+    if (!IsPlainModId(ModId))
     {
         return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + ModId + "\").");
     }
@@ -30,15 +31,21 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
     FModioInterface& Client = Run->Client();
 
     std::optional<FSourceModInfo> Record;
+    std::string FetchError;
     bool bAnswered = false;
-    Client.FetchSourceMod(ModId, [&](bool bFound, FSourceModInfo Info) {
+    Client.FetchSourceMod(ModId, [&](bool bFound, FSourceModInfo Info, std::string Why) {
         bAnswered = true;
         Record = bFound ? std::optional<FSourceModInfo>(Info) : std::nullopt;
+        FetchError = std::move(Why);
     });
     Run->TickUntil([&] { return bAnswered; });
-    if (!Record || Record->BinaryUrl.empty())
+    if (!Record)
     {
-        return Fail(Context, ExitFailed, "mod.io has no shared source plug-in with id " + ModId + " (or could not be reached).");
+        return Fail(Context, ExitFailed, "Cannot install mod " + ModId + ": " + FetchError + ". The project's plug-ins are as they were.");
+    }
+    if (Record->BinaryUrl.empty())
+    {
+        return Fail(Context, ExitFailed, "mod.io's mod " + ModId + " has no file to download. The project's plug-ins are as they were.");
     }
 
     // The row the user clicks in the browser.

@@ -46,11 +46,6 @@ int NotLoggedIn(const FCommandContext& Context)
     return Fail(Context, ExitFailed, "You are not logged in to mod.io on this machine; log in first with `maptorn login`.");
 }
 
-bool IsDecimalId(const std::string& Text)
-{
-    return !Text.empty() && Text.size() <= 18 && Text.find_first_not_of("0123456789") == std::string::npos;
-}
-
 int SubmitCode(const FCommandContext& Context, FWorkshopRun& Run, const std::string& Code)
 {
     if (!IsValidSecurityCodeFormat(Code))
@@ -223,7 +218,7 @@ int RunCreate(const FCommandContext& Context, const FCreateRequest& Request)
 
 int RunUpload(const FCommandContext& Context, const FUploadRequest& Request)
 {
-    if (!IsDecimalId(Request.ModId))
+    if (!IsPlainModId(Request.ModId))
     {
         return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + Request.ModId + "\").");
     }

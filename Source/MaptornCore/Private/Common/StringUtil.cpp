@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
@@ -91,5 +92,36 @@ std::string ReplaceAll(std::string Text, std::string_view From, std::string_view
         Pos += To.size();
     }
     return Text;
+}
+
+std::string UrlEncode(std::string_view Value)
+{
+    static constexpr char Hex[] = "0123456789ABCDEF";
+    std::string Encoded;
+    Encoded.reserve(Value.size());
+    for (const char Character : Value)
+    {
+        const unsigned char Byte = static_cast<unsigned char>(Character);
+        if ((Byte >= 'A' && Byte <= 'Z') || (Byte >= 'a' && Byte <= 'z') || (Byte >= '0' && Byte <= '9') || Byte == '-' || Byte == '.' || Byte == '_' || Byte == '~')
+        {
+            Encoded += Character;
+            continue;
+        }
+        Encoded += '%';
+        Encoded += Hex[Byte >> 4];
+        Encoded += Hex[Byte & 0x0F];
+    }
+    return Encoded;
+}
+
+bool IsPlainModId(std::string_view Text)
+{
+    if (Text.empty() || Text.front() < '1' || Text.front() > '9')
+    {
+        return false;
+    }
+    unsigned long long Value = 0;
+    const auto [End, Error] = std::from_chars(Text.data(), Text.data() + Text.size(), Value);
+    return Error == std::errc() && End == Text.data() + Text.size() && Value <= 0x7FFFFFFFFFFFFFFFull;
 }
 }

@@ -2,6 +2,7 @@
 
 #include "Common/StringUtil.h"
 #include "Content/ModDefinitions.h"
+#include "Modio/SourceModReader.h"
 
 #include <algorithm>
 
@@ -37,7 +38,7 @@ void FModioInterface::StartDownload(const FSourceModInfo& Mod)
         Record->InstallState = static_cast<uint8>(ESourceModInstallState::Downloading);
     }
     ActiveDownload = std::make_shared<FPluginModDownload>(Platform);
-    ActiveDownload->DownloadMod(Mod.BinaryUrl, Mod.PluginName, Mod.Version, ModId);
+    ActiveDownload->DownloadMod(Mod.BinaryUrl, Mod.PluginName, VersionNumber(Mod.Version), ModId);
 }
 
 FSourceModInfo* FModioInterface::FindCatalogueRecord(const std::string& ModId)

@@ -38,6 +38,13 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
     {
         return;
     }
+    // An error answer is no list of mods: the rows shown stay as they are.
+    const int32 Status = Response->GetResponseCode();
+    if (Status < 200 || Status >= 300)
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Warning, Printf("mod.io refused the list of your mods (HTTP %d)", Status));
+        return;
+    }
     OwnModVersions.clear();
     const FJson Answer = FJson::parse(Response->GetContentAsString(), nullptr, false);
     if (Answer.is_discarded())
@@ -50,16 +57,17 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
     {
         for (const FJson& ModObject : *Data)
         {
+            // /me/mods lists deleted mods too (status 3); they cannot take a new file.
             double Id = 0.0;
-            if (!JsonFields::TryGetNumber(ModObject, "id", Id))
+            if (!JsonFields::TryGetNumber(ModObject, "id", Id) || JsonFields::GetNumber(ModObject, "status") == 3.0)
             {
                 continue;
             }
             FSourceModInfo Info = ReadSourceModInfo(Platform, *this, ModObject);
             const auto State = static_cast<ESourceModInstallState>(Info.InstallState);
-            if (State == ESourceModInstallState::Installed || State == ESourceModInstallState::RequiresUpdate)
+            if (!Info.PluginName.empty() && (State == ESourceModInstallState::Installed || State == ESourceModInstallState::RequiresUpdate))
             {
-                OwnModVersions[std::to_string(JsonFields::TruncateToInt64(Id))] = Info.Version;
+                OwnModVersions[Info.PluginName.substr(3)] = VersionNumber(Info.Version);
                 OwnMods.push_back(std::move(Info));
             }
         }

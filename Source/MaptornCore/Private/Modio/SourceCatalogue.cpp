@@ -3,7 +3,9 @@
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
+#include "Content/ModDefinitions.h"
 #include "Modio/JsonFields.h"
+#include "Modio/ModioErrorAnswer.h"
 #include "Modio/ModioRequests.h"
 #include "Modio/SourceModReader.h"
 
@@ -31,7 +33,8 @@ std::vector<std::string> FModioInterface::LocalUGCModIds() const
     std::vector<std::string> Ids;
     for (const FPluginInfo& Plugin : Platform.Engine.GetEnabledPlugins())
     {
-        if (StartsWithIgnoreCase(Plugin.Name, "UGC"))
+        // A plug-in named "UGC../x" or "UGC007" is no mod of mod.io: its name never goes into a query.
+        if (StartsWithIgnoreCase(Plugin.Name, "UGC") && IsPlainModId(std::string_view(Plugin.Name).substr(3)))
         {
             Ids.push_back(Plugin.Name.substr(3));
         }
@@ -68,8 +71,12 @@ void FModioInterface::OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnec
 {
     // An error answer is a failed query too: the rows shown stay rather than become an empty page.
     FSourceModList Page;
-    const bool bAnswered = bConnected && Response && Response->GetResponseCode() >= 200 && Response->GetResponseCode() < 300;
-    const bool bRead = bAnswered && ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page);
+    LastSourceQueryError = AnswerError(Response, bConnected);
+    const bool bRead = LastSourceQueryError.empty() && ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page);
+    if (LastSourceQueryError.empty() && !bRead)
+    {
+        LastSourceQueryError = "mod.io's answer is not a list of mods";
+    }
     bSourceQueryBusy = false;
     if (!bRead)
     {
@@ -126,26 +133,59 @@ void FModioInterface::FetchMissingThumbnails()
     }
 }
 
-void FModioInterface::FetchSourceMod(const std::string& ModId, std::function<void(bool, FSourceModInfo)> OnDone)
+void FModioInterface::FetchSourceMod(const std::string& ModId, FOnSourceModFetched OnDone)
 {
-    const std::string Url = Printf("%s/v1/games/%lld/mods?api_key=", Config.ModioApiBaseUrl.c_str(), static_cast<long long>(Config.ModioGameId)) +
-                            Config.ModioApiKey + "&id=" + ModId;
-    FHttpRequestPtr Request = ModioRequests::MakeCatalogueRequest(Platform.Http, Url);
+    if (!IsPlainModId(ModId))
+    {
+        return OnDone(false, {}, "\"" + ModId + "\" is not a mod id: mod.io's ids are plain numbers such as 4711");
+    }
+    FHttpRequestPtr Request =
+        ModioRequests::MakeCatalogueRequest(Platform.Http, ModioRequests::SourceModUrl(Config.ModioApiBaseUrl, Config.ModioGameId, Config.ModioApiKey, ModId));
     if (!Request)
     {
-        return OnDone(false, {});
+        return OnDone(false, {}, "mod.io could not be reached");
     }
     std::weak_ptr<bool> Alive = AliveToken;
-    Request->OnProcessRequestComplete() = [this, Alive, OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+    Request->OnProcessRequestComplete() = [this, Alive, OnDone, ModId](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        if (Alive.expired())
+        {
+            return;
+        }
         FSourceModList Page;
-        const bool bRead = !Alive.expired() && bConnected && Response && Response->GetResponseCode() == 200 &&
-                           ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page) && !Page.Mods.empty();
-        OnDone(bRead, bRead ? Page.Mods.front() : FSourceModInfo{});
+        std::string Error = AnswerError(Response, bConnected);
+        if (Error.empty() && !ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page))
+        {
+            Error = "mod.io's answer is not a list of mods";
+        }
+        // Only the mod asked for is installed, whatever else a server puts in its answer.
+        const std::string PluginName = MakeUGCPluginName(ModId);
+        for (const FSourceModInfo& Mod : Page.Mods)
+        {
+            if (Error.empty() && Mod.PluginName == PluginName)
+            {
+                return OnDone(true, Mod, {});
+            }
+        }
+        if (Error.empty() && !Page.Mods.empty())
+        {
+            Error = "mod.io answered with another mod (" + Page.Mods.front().PluginName + ") than the one asked for; nothing was installed";
+        }
+        OnDone(false, {}, Error.empty() ? "mod.io has no shared source plug-in with id " + ModId : Error);
     };
     if (!Request->ProcessRequest())
     {
-        OnDone(false, {});
+        OnDone(false, {}, "mod.io could not be reached");
     }
+}
+
+std::string FModioInterface::AnswerError(const FHttpResponsePtr& Response, bool bConnected)
+{
+    if (!bConnected || !Response)
+    {
+        return "mod.io could not be reached";
+    }
+    const int32 Status = Response->GetResponseCode();
+    return Status >= 200 && Status < 300 ? std::string() : DescribeErrorAnswer(Status, Response->GetContentAsString());
 }
 
 void FModioInterface::FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone)

@@ -8,6 +8,7 @@
 #include "Modio/ModioInterface.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace Maptorn
 {
@@ -27,10 +28,10 @@ bool IsQueuedForDownload(const FModioInterface& Client, const std::string& Plugi
         [&](const FSourceModInfo& Queued) { return EqualsIgnoreCase(Queued.PluginName, PluginName); });
 }
 
-bool IsInstalledThisRun(const FModioInterface& Client, const std::string& ModId, int32 Version)
+bool IsInstalledThisRun(const FModioInterface& Client, const std::string& ModId, const std::string& Version)
 {
     const auto Found = Client.FinishedDownloads.find(ModId);
-    return Found != Client.FinishedDownloads.end() && Found->second >= Version;
+    return Found != Client.FinishedDownloads.end() && Found->second >= VersionNumber(Version);
 }
 
 ESourceModInstallState DecideInstallState(FMaptornPlatform& Platform, const FModioInterface& Client, const FSourceModInfo& Info, const std::string& ModId)
@@ -52,7 +53,8 @@ ESourceModInstallState DecideInstallState(FMaptornPlatform& Platform, const FMod
         return ESourceModInstallState::NotInstalled;
     }
     const std::shared_ptr<FKelvorDefinition> Definition = LoadModDefinition(Platform, ModId, Info.ModType);
-    return Definition && Definition->Version == Info.Version ? ESourceModInstallState::Installed : ESourceModInstallState::RequiresUpdate;
+    return Definition && std::to_string(Definition->Version) == Info.Version ? ESourceModInstallState::Installed
+                                                                             : ESourceModInstallState::RequiresUpdate;
 }
 
 void ReadPlatforms(const FJson& ModObject, FSourceModInfo& Info)
@@ -75,7 +77,8 @@ void ReadModfile(const FJson& ModObject, FSourceModInfo& Info)
     {
         return;
     }
-    Info.Version = TruncateToInt32(GetNumber(*Modfile, "version"));
+    // mod.io's version is text ("1.2.3"); a number read from it would be cut short.
+    Info.Version = GetString(*Modfile, "version");
     Info.FileSize = TruncateToInt64(GetNumber(*Modfile, "filesize"));
     if (const FJson* Download = TryGetObject(*Modfile, "download"))
     {
@@ -138,6 +141,10 @@ FSourceModInfo ReadSourceModInfo(FMaptornPlatform& Platform, const FModioInterfa
 {
     FSourceModInfo Info;
     const std::string ModId = GetString(ModObject, "id");
+    if (!IsPlainModId(ModId))
+    {
+        return Info;
+    }
     Info.PluginName = MakeUGCPluginName(ModId);
     Info.Name = GetString(ModObject, "name");
     Info.Summary = GetString(ModObject, "summary");
@@ -163,6 +170,11 @@ FSourceModInfo ReadSourceModInfo(FMaptornPlatform& Platform, const FModioInterfa
     ReadPlatforms(ModObject, Info);
     Info.InstallState = static_cast<uint8>(DecideInstallState(Platform, Client, Info, ModId));
     return Info;
+}
+
+int32 VersionNumber(const std::string& VersionText)
+{
+    return IsPlainModId(VersionText) ? TruncateToInt32(std::strtod(VersionText.c_str(), nullptr)) : 0;
 }
 
 FPageNumbers ComputePageNumbers(int64 Count, int64 Offset, int64 Limit, int64 Total)
@@ -202,7 +214,11 @@ bool ReadSourceModList(FMaptornPlatform& Platform, const FModioInterface& Client
     {
         for (const FJson& ModObject : *Data)
         {
-            OutList.Mods.push_back(ReadSourceModInfo(Platform, Client, ModObject));
+            FSourceModInfo Info = ReadSourceModInfo(Platform, Client, ModObject);
+            if (!Info.PluginName.empty())
+            {
+                OutList.Mods.push_back(std::move(Info));
+            }
         }
     }
     return true;

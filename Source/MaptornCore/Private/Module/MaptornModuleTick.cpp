@@ -1,6 +1,7 @@
 #include "Module/MaptornModule.h"
 
 #include "Modio/ModioSdkTypes.h"
+#include "Modio/SourceModReader.h"
 
 #include <cmath>
 
@@ -89,7 +90,7 @@ void FMaptornModule::TickSourcePluginDownload()
         if (State == EPluginDownloadState::Complete)
         {
             Record->InstallState = static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired);
-            Client.FinishedDownloads[Client.ActiveDownload->ModId] = Record->Version;
+            Client.FinishedDownloads[Client.ActiveDownload->ModId] = VersionNumber(Record->Version);
         }
         else
         {

@@ -60,6 +60,16 @@ void FPluginModDownload::DownloadMod(const std::string& Url, const std::string& 
     ModName = InModName;
     Version = InVersion;
     ModId = InModId;
+    // The archive is named after the mod: only a plain id, and a name of letters, digits, "_"
+    // and "-", may reach a path.
+    const bool bSafeName = !ModName.empty() && ModName.find_first_not_of(
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-") == std::string::npos;
+    if (!IsPlainModId(ModId) || !bSafeName)
+    {
+        Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "[MOD] Refused to download a mod whose id or name is not plain");
+        Fail();
+        return;
+    }
     Download();
 }
 

@@ -81,8 +81,10 @@ public:
     void AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone);
     // Ids of the project's "UGC" plug-ins, in the plug-in manager's order.
     std::vector<std::string> LocalUGCModIds() const;
-    // One catalogue record by mod id (false when mod.io has no shared source plug-in of that id).
-    void FetchSourceMod(const std::string& ModId, std::function<void(bool, FSourceModInfo)> OnDone);
+    // One catalogue record by mod id: found, the record, and otherwise why not (not a plain id,
+    // no answer, mod.io's error, no such mod, or an answer about another mod).
+    using FOnSourceModFetched = std::function<void(bool, FSourceModInfo, std::string)>;
+    void FetchSourceMod(const std::string& ModId, FOnSourceModFetched OnDone);
     // Starts the download of a catalogue record now, or queues it behind the running one.
     void QueueDownload(const FSourceModInfo& Mod);
     void StartDownload(const FSourceModInfo& Mod);
@@ -152,6 +154,8 @@ public:
     FSourceModQuery SourceQuery;
     bool bSourceQueryBusy = false;
     FSourceModList LastSourceModList;
+    // Why the last catalogue query failed (mod.io's message and ref); empty after a success.
+    std::string LastSourceQueryError;
     std::shared_ptr<FPluginModDownload> ActiveDownload;
     std::deque<FSourceModInfo> DownloadQueue;
     // Mods installed in this editor run, by id, with the version installed.
@@ -191,6 +195,8 @@ private:
     void OnInitializeComplete(FModioErrorCode ErrorCode);
     void OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected);
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
+    // Empty for a 2xx answer; else what went wrong, with mod.io's message and ref.
+    static std::string AnswerError(const FHttpResponsePtr& Response, bool bConnected);
     void FetchMissingThumbnails();
 
     // Requests outlive nothing: their handlers check this before touching the client.
