@@ -103,7 +103,9 @@ FReply Logout(FRouteContext& Context)
         Context.State.SaveLocked();
     }
     Json::FJsonObject Answer;
+    // mod.io's Logout answers with a Web Message Object: code, success and message.
     Answer["code"] = 200;
+    Answer["success"] = true;
     Answer["message"] = "You have successfully logged out of mod.io.";
     return FReply::Json(200, Answer);
 }

@@ -2,6 +2,7 @@
 
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
+#include "ModioService/SandboxImage.h"
 #include "ModioService/SandboxRoutes.h"
 #include "ModioService/SandboxState.h"
 
@@ -15,14 +16,10 @@ namespace
 {
 constexpr uint64 MaxLogoBytes = 8 * 1024 * 1024;
 
-bool IsPngOrJpeg(const std::string& Path)
-{
-    std::ifstream File(Path, std::ios::binary);
-    char Head[8] = {};
-    File.read(Head, sizeof(Head));
-    const std::string_view Bytes(Head, static_cast<size_t>(File.gcount()));
-    return Bytes.starts_with("\x89PNG\r\n\x1a\n") || Bytes.starts_with("\xFF\xD8\xFF");
-}
+// mod.io's Add Mod: a jpg or png of at most 8 MB and at least 512x288; the type and size are
+// read from the image's own header, not from its name.
+constexpr uint32 MinLogoWidth = 512;
+constexpr uint32 MinLogoHeight = 288;
 
 std::optional<FApiError> CheckLogo(const FUploadedFile* Logo, bool bRequired)
 {
@@ -30,9 +27,14 @@ std::optional<FApiError> CheckLogo(const FUploadedFile* Logo, bool bRequired)
     {
         return bRequired ? std::optional(ValidationError("logo", "The logo field is required.")) : std::nullopt;
     }
-    if (Logo->Size > MaxLogoBytes || !IsPngOrJpeg(Logo->Path))
+    const std::optional<FImageHeader> Image = ReadImageHeader(Logo->Path);
+    if (Logo->Size > MaxLogoBytes || !Image)
     {
         return ValidationError("logo", "The logo must be a jpg or png image of at most 8 MB.");
+    }
+    if (Image->Width < MinLogoWidth || Image->Height < MinLogoHeight)
+    {
+        return ValidationError("logo", Printf("The logo must be at least 512x288 pixels (this one is %ux%u).", Image->Width, Image->Height));
     }
     return std::nullopt;
 }

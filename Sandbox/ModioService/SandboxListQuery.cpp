@@ -176,19 +176,42 @@ std::optional<FFieldFilter> FilterOf(const std::string& Key, const std::string& 
     return Filter;
 }
 
+// The sort keys of mod.io's Get Mods ("Sorting filters"), and id, the default order.
 std::optional<FFieldValue> SortValueOf(const FStoredMod& Mod, const std::string& Column)
 {
-    const int64 Ratings = Mod.Stats.RatingsPositive + Mod.Stats.RatingsNegative;
-    if (Column == "downloads" || Column == "downloads_total")
+    if (Column == "downloads_total")
         return FFieldValue(Mod.Stats.DownloadsTotal);
-    if (Column == "popular" || Column == "downloads_today")
+    if (Column == "downloads_today")
         return FFieldValue(Mod.Stats.DownloadsToday);
-    if (Column == "subscribers" || Column == "subscribers_total")
+    if (Column == "subscribers_total")
         return FFieldValue(Mod.Stats.SubscribersTotal);
     // Per mille positive, so that ratings sort as numbers.
-    if (Column == "rating" || Column == "ratings_weighted_aggregate")
+    if (Column == "ratings_weighted_aggregate")
+    {
+        const int64 Ratings = Mod.Stats.RatingsPositive + Mod.Stats.RatingsNegative;
         return FFieldValue(Ratings ? Mod.Stats.RatingsPositive * 1000 / Ratings : 0);
-    return FieldOf(Mod, Column);
+    }
+    if (Column == "id" || Column == "name" || Column == "date_live" || Column == "date_updated" || Column == "submitted_by")
+        return FieldOf(Mod, Column);
+    return std::nullopt;
+}
+
+// Parameters of a list request that are not filters on mod fields.
+bool IsRequestParameter(const std::string& Key)
+{
+    return Key == "api_key" || Key == "_q" || Key == "_sort" || Key == "_limit" || Key == "_offset";
+}
+
+// Status & Visibility: a user who is no game admin may filter status and visible with "=" and
+// "-in" only.
+std::optional<FApiError> CheckAdminOnlyFilter(const FFieldFilter& Filter)
+{
+    if ((Filter.Field == "status" || Filter.Field == "visible") && Filter.Op != EFilterOp::Equals && Filter.Op != EFilterOp::In)
+    {
+        return MakeError(403, ErrorRef::AdminOnlyFilter,
+            "You are not permitted to filter on " + Filter.Field + " with any operator but = and -in: that is for game admins.");
+    }
+    return std::nullopt;
 }
 }
 
@@ -273,11 +296,19 @@ std::optional<FApiError> ParseListQuery(const FQueryParams& Params, FListQuery& 
         }
         else if (const std::optional<FFieldFilter> Filter = FilterOf(Key, Value))
         {
+            if (std::optional<FApiError> Error = CheckAdminOnlyFilter(*Filter))
+            {
+                return Error;
+            }
             if (std::optional<FApiError> Error = CheckNumbers(*Filter))
             {
                 return Error;
             }
             OutQuery.Filters.push_back(*Filter);
+        }
+        else if (!IsRequestParameter(Key))
+        {
+            return ValidationError(Key, "The " + Key + " parameter is not a filter of this endpoint.");
         }
     }
     return std::nullopt;

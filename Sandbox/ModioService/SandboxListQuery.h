@@ -50,7 +50,8 @@ struct FListQuery
 
 using FQueryParams = std::multimap<std::string, std::string>;
 
-// Parameters naming no known field are left alone, as mod.io does; bad numbers are 422.
+// Bad numbers, unknown sort keys and parameters that are no filter are 422 (ref 13009); a status
+// or visible filter with another operator than = and -in is 403 (ref 15025).
 std::optional<FApiError> ParsePaging(const FQueryParams& Params, FPaging& OutPaging);
 std::optional<FApiError> ParseListQuery(const FQueryParams& Params, FListQuery& OutQuery);
 

@@ -18,6 +18,9 @@ int main(int ArgumentCount, char** Arguments)
     App.add_flag("--seed", Options.bSeed, "Add the sample users, mods and shared source plug-ins");
     App.add_option("--game-id", Options.GameId, "The game the service serves");
     App.add_option("--api-key", Options.ApiKey, "The 32-character api_key clients must send");
+    bool bLegacyMultipart = false;
+    App.add_flag("--legacy-multipart", bLegacyMultipart,
+                 "Also take multipart parts ranged \"<offset>-<size>/<total>\" and answer their completion with 201 (mod.io itself does not)");
     CLI11_PARSE(App, ArgumentCount, Arguments);
 
     // Blocked here, so that the service's threads inherit the mask and only sigwait sees them.
@@ -28,6 +31,7 @@ int main(int ArgumentCount, char** Arguments)
     pthread_sigmask(SIG_BLOCK, &StopSignals, nullptr);
 
     Maptorn::Sandbox::FModioSandbox Sandbox(Options);
+    Sandbox.SetAcceptLegacyContentRange(bLegacyMultipart);
     std::string Error;
     if (!Sandbox.Start(Error))
     {

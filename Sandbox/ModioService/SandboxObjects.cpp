@@ -154,7 +154,10 @@ Json::FJsonObject ModfileObject(const FStoredModfile& Modfile, const FObjectView
     Object["date_scanned"] = Modfile.DateAdded;
     Object["virus_status"] = 1;
     Object["virus_positive"] = 0;
+    Object["virustotal_hash"] = "";
     Object["filesize"] = Modfile.Filesize;
+    // The archive's unpacked size is not measured here; the packed size stands in for it.
+    Object["filesize_uncompressed"] = Modfile.Filesize;
     Object["filehash"] = { { "md5", Modfile.Md5 } };
     Object["filename"] = Modfile.Filename;
     Object["version"] = Modfile.Version;
@@ -183,6 +186,11 @@ Json::FJsonObject ModObject(const FStoredMod& Mod, const FSandboxStore& Store, c
     Object["date_updated"] = Mod.DateUpdated;
     Object["date_live"] = Mod.DateLive;
     Object["maturity_option"] = 0;
+    Object["community_options"] = 1;
+    Object["monetization_options"] = 0;
+    Object["stock"] = 0;
+    Object["price"] = 0;
+    Object["tax"] = 0;
     Object["logo"] = LogoObject(Mod, View);
     Object["homepage_url"] = nullptr;
     Object["name"] = Mod.Name;
@@ -192,6 +200,8 @@ Json::FJsonObject ModObject(const FStoredMod& Mod, const FSandboxStore& Store, c
     Object["description_plaintext"] = Mod.Description;
     Object["metadata_blob"] = Mod.MetadataBlob;
     Object["profile_url"] = View.BaseUrl + ProfilePathOf(Mod);
+    Object["media"] = { { "youtube", Json::FJsonObject::array() }, { "sketchfab", Json::FJsonObject::array() },
+                        { "images", Json::FJsonObject::array() } };
     const FStoredModfile* Modfile = Store.ModfileFor(Mod, View.Platform, View.bPlatformAsked);
     Object["modfile"] = Modfile ? ModfileObject(*Modfile, View) : Json::FJsonObject(nullptr);
     Object["dependencies"] = !Mod.Dependencies.empty();

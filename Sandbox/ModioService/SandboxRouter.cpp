@@ -19,11 +19,8 @@ constexpr std::array<std::string_view, 14> KnownPlatforms = { "source", "windows
 
 std::optional<FApiError> CheckApiKey(const FRouteContext& Context)
 {
-    std::string Key = Context.Query("api_key");
-    if (Key.empty())
-    {
-        Key = Context.Body.Value("api_key");
-    }
+    // mod.io reads the key from the query string only; one in a form body counts as none.
+    const std::string Key = Context.Query("api_key");
     if (Key.empty())
     {
         return MakeError(401, ErrorRef::ApiKeyMissing, "No api_key was supplied with the request.");
@@ -162,6 +159,7 @@ FSandboxRouter::FSandboxRouter(httplib::Server& InServer, FSandboxState& InState
 
 void FSandboxRouter::Get(const std::string& Pattern, EAccess Access, FRouteHandler Handler)
 {
+    Remember("GET", Pattern);
     Server.Get(Pattern, [this, Route = FRoute{ Access, EBodyKind::None, std::move(Handler) }](const httplib::Request& Request,
                                                                                               httplib::Response& Response)
                { Dispatch(Request, Response, nullptr, Route); });
@@ -169,6 +167,7 @@ void FSandboxRouter::Get(const std::string& Pattern, EAccess Access, FRouteHandl
 
 void FSandboxRouter::Delete(const std::string& Pattern, EAccess Access, FRouteHandler Handler)
 {
+    Remember("DELETE", Pattern);
     Server.Delete(Pattern, [this, Route = FRoute{ Access, EBodyKind::None, std::move(Handler) }](const httplib::Request& Request,
                                                                                                  httplib::Response& Response)
                   { Dispatch(Request, Response, nullptr, Route); });
@@ -176,6 +175,7 @@ void FSandboxRouter::Delete(const std::string& Pattern, EAccess Access, FRouteHa
 
 void FSandboxRouter::Post(const std::string& Pattern, EAccess Access, EBodyKind Body, FRouteHandler Handler)
 {
+    Remember("POST", Pattern);
     Server.Post(Pattern, [this, Route = FRoute{ Access, Body, std::move(Handler) }](
                              const httplib::Request& Request, httplib::Response& Response, const httplib::ContentReader& Reader)
                 { Dispatch(Request, Response, &Reader, Route); });
@@ -183,15 +183,35 @@ void FSandboxRouter::Post(const std::string& Pattern, EAccess Access, EBodyKind 
 
 void FSandboxRouter::Put(const std::string& Pattern, EAccess Access, EBodyKind Body, FRouteHandler Handler)
 {
+    Remember("PUT", Pattern);
     Server.Put(Pattern, [this, Route = FRoute{ Access, Body, std::move(Handler) }](
                             const httplib::Request& Request, httplib::Response& Response, const httplib::ContentReader& Reader)
                { Dispatch(Request, Response, &Reader, Route); });
 }
 
+void FSandboxRouter::Remember(const std::string& Method, const std::string& Pattern)
+{
+    if (!bCatchAll)
+    {
+        Known.push_back({Method, std::regex(Pattern)});
+    }
+}
+
 void FSandboxRouter::NotFoundForTheRest()
 {
-    const FRouteHandler NotFound = [](FRouteContext&)
-    { return FReply::Error(MakeError(404, ErrorRef::NotFound, "The requested resource could not be found.")); };
+    // A path that exists under another method is 405, as mod.io answers; anything else is 404.
+    const FRouteHandler NotFound = [this](FRouteContext& Context) {
+        for (const FKnownRoute& Route : Known)
+        {
+            if (Route.Method != Context.Request.method && std::regex_match(Context.Request.path, Route.Pattern))
+            {
+                return FReply::Error(MakeError(405, ErrorRef::MethodNotAllowed,
+                    "The " + Context.Request.method + " method is not supported for this resource."));
+            }
+        }
+        return FReply::Error(MakeError(404, ErrorRef::NotFound, "The requested resource could not be found."));
+    };
+    bCatchAll = true;
     Get(".*", EAccess::Open, NotFound);
     Delete(".*", EAccess::Open, NotFound);
     Post(".*", EAccess::Open, EBodyKind::Raw, NotFound);

@@ -7,7 +7,9 @@
 
 #include <functional>
 #include <optional>
+#include <regex>
 #include <string>
+#include <vector>
 
 namespace httplib
 {
@@ -68,7 +70,7 @@ public:
     void Delete(const std::string& Pattern, EAccess Access, FRouteHandler Handler);
     void Post(const std::string& Pattern, EAccess Access, EBodyKind Body, FRouteHandler Handler);
     void Put(const std::string& Pattern, EAccess Access, EBodyKind Body, FRouteHandler Handler);
-    // 404 ref 14000 for whatever no route took; registered last.
+    // 405 for a path another method takes, else 404 ref 14000, for whatever no route took; registered last.
     void NotFoundForTheRest();
 
 private:
@@ -84,7 +86,17 @@ private:
     FReply Answer(FRouteContext& Context, const httplib::ContentReader* Reader, const FRoute& Route,
                   const std::optional<FFault>& Fault);
 
+    struct FKnownRoute
+    {
+        std::string Method;
+        std::regex Pattern;
+    };
+    // Every route's method and pattern, so that the catch-all can tell 405 from 404.
+    void Remember(const std::string& Method, const std::string& Pattern);
+
     httplib::Server& Server;
     FSandboxState& State;
+    std::vector<FKnownRoute> Known;
+    bool bCatchAll = false;
 };
 }
