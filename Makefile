@@ -2,7 +2,7 @@
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
-.PHONY: setup build demo test test-asan fuzz bench clean
+.PHONY: setup build demo test test-asan check-editor fuzz bench clean
 
 setup:
 	@bash Scripts/setup.sh
@@ -27,6 +27,12 @@ bench: build
 	$(BUILD_DIR)/maptorn-extract-bench
 	$(BUILD_DIR)/maptorn-download-bench
 	$(BUILD_DIR)/maptorn-upload-bench
+
+# The editor plug-in built as far as a machine without the engine can: the editor module against the
+# declared engine surface (Tools/EngineSurface), the core under the engine's flags and for Windows,
+# and every core symbol the editor module uses exported (Scripts/check-editor.sh says what it proves).
+check-editor: setup
+	bash Scripts/check-editor.sh
 
 # A short run of the fuzz targets: random bytes into the readers of mod.io answers.
 fuzz: setup

@@ -8,6 +8,7 @@ packages=(
   nlohmann-json3-dev libcurl4-openssl-dev libzip-dev libcli11-dev libcpp-httplib-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev
+  g++-mingw-w64-x86-64-posix
   zip unzip curl ca-certificates python3
 )
 

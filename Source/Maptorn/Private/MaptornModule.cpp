@@ -169,7 +169,7 @@ void FMaptornModule::OnEnginePreExit()
 	}
 }
 
-TSharedRef<SDockTab> FMaptornModule::OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs)
+TSharedRef<SDockTab> FMaptornModule::OnSpawnPluginTab(const FSpawnTabArgs& /*SpawnTabArgs*/)
 {
 	return SNew(SDockTab)
 		.TabRole(ETabRole::NomadTab)

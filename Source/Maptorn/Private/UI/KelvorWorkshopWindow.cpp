@@ -7,6 +7,7 @@
 
 #include "Styling/AppStyle.h"
 #include "Widgets/Images/SThrobber.h"
+#include "Widgets/Input/SEditableTextBox.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/Layout/SWidgetSwitcher.h"
@@ -19,7 +20,7 @@
 
 using namespace MaptornSlate;
 
-void SKelvorWorkshopWindow::Construct(const FArguments& InArgs)
+void SKelvorWorkshopWindow::Construct(const FArguments& /*InArgs*/)
 {
 	Controller = MakeUnique<Maptorn::FWorkshopController>();
 	Controller->ViewEvents.UploadRowsRebuilt = [this] { RebuildUploadRows(); };

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Input/Reply.h"
+#include "Layout/Visibility.h"
+#include "Styling/SlateColor.h"
 #include "Styling/SlateTypes.h"
 
 #include "Platform/StringConversion.h"

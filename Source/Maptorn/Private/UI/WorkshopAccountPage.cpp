@@ -4,6 +4,7 @@
 
 #include "UI/SlateValues.h"
 
+#include "HAL/PlatformProcess.h"
 #include "Styling/AppStyle.h"
 #include "Widgets/Images/SThrobber.h"
 #include "Widgets/Input/SButton.h"

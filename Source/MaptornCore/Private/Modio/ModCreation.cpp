@@ -79,12 +79,12 @@ void FModioInterface::CreateMod()
 void FModioInterface::UpdateMetadata(const std::string& ModId)
 {
     IModioSession* Session = Platform.ModioSession;
-    const auto Version = OwnModVersions.find(ModId);
-    if (!Session || Version == OwnModVersions.end())
+    const auto StampedVersion = OwnModVersions.find(ModId);
+    if (!Session || StampedVersion == OwnModVersions.end())
     {
         return;
     }
-    const std::string Blob = MakeMetadataBlob(Version->second);
+    const std::string Blob = MakeMetadataBlob(StampedVersion->second);
     const std::optional<int64> Id = ParseModId(ModId);
     if (!Id)
     {

@@ -1,0 +1,21 @@
+#pragma once
+// Reference: Runtime/Core/Public/CoreMinimal.h (the engine's basic types, strings, containers, delegates, logging)
+
+#include "CoreTypes.h"
+#include "Containers/ContainersFwd.h"
+#include "Containers/Array.h"
+#include "Containers/Map.h"
+#include "Containers/StringConv.h"
+#include "Containers/UnrealString.h"
+#include "CoreGlobals.h"
+#include "Delegates/Delegate.h"
+#include "Internationalization/Text.h"
+#include "Logging/LogMacros.h"
+#include "Math/Color.h"
+#include "Misc/CString.h"
+#include "Misc/Optional.h"
+#include "Templates/Function.h"
+#include "Templates/SharedPointer.h"
+#include "Templates/UniquePtr.h"
+#include "Templates/UnrealTemplate.h"
+#include "UObject/NameTypes.h"
