@@ -8,6 +8,19 @@ namespace Maptorn
 FWorkshopController::FWorkshopController()
 {
     BindClientObservers();
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    if (!Client)
+    {
+        return;
+    }
+    // The lists and the share note of the chosen mod live in the client; the view is told nothing
+    // yet, it reads the rows once it is built.
+    MakeUploadRows();
+    MakeSourceModRows(Client->LastSourceModList);
+    if (!Client->SelectedModId.empty())
+    {
+        RememberShareChoice(Client->SelectedModId, WorkshopSupport::FindOwnMod(*Client, Client->SelectedModId));
+    }
 }
 
 FWorkshopController::~FWorkshopController()

@@ -17,9 +17,20 @@ bool FWorkshopController::AgreedToTerms()
     return true;
 }
 
+std::string FWorkshopController::GetEmailBoxText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->EmailAddress : std::string();
+}
+
+std::string FWorkshopController::GetAuthCodeBoxText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->AuthCode : std::string();
+}
+
 void FWorkshopController::OnEmailTextChanged(const std::string& Text)
 {
-    EmailBoxText = Text;
     if (FModioInterface* Client = WorkshopSupport::FindClient())
     {
         Client->EmailAddress = Text;
@@ -28,7 +39,6 @@ void FWorkshopController::OnEmailTextChanged(const std::string& Text)
 
 void FWorkshopController::OnAuthCodeChanged(const std::string& Text)
 {
-    AuthCodeBoxText = Text;
     if (FModioInterface* Client = WorkshopSupport::FindClient())
     {
         Client->AuthCode = Text;

@@ -144,14 +144,35 @@ void FWorkshopController::OnSourceModImageCreated(const FSourceModInfo& /*Mod*/)
     }
 }
 
+ESourceModQueryType FWorkshopController::GetSourceModSortType() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->SourceQuery.SortType : FSourceModQuery{}.SortType;
+}
+
+std::string FWorkshopController::GetSourceModSearchText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->SourceQuery.SearchText : std::string();
+}
+
 void FWorkshopController::RebuildSourceModRows(const FSourceModList& List)
 {
-    SourceModRows.clear();
     for (const FSourceModInfo& Mod : List.Mods)
     {
         WorkshopSupport::LogWindow(ELogVerbosity::Log, Mod.Name);
+    }
+    MakeSourceModRows(List);
+    Notify(ViewEvents.SourceModRowsRebuilt);
+}
+
+void FWorkshopController::MakeSourceModRows(const FSourceModList& List)
+{
+    // Each record carries its install state, which the client keeps current as downloads move.
+    SourceModRows.clear();
+    for (const FSourceModInfo& Mod : List.Mods)
+    {
         SourceModRows.emplace_back(Mod, AliveToken, [this](const FSourceModInfo& Chosen) { OnDownloadSourceModClicked(Chosen); });
     }
-    Notify(ViewEvents.SourceModRowsRebuilt);
 }
 }

@@ -9,6 +9,18 @@
 
 namespace Maptorn
 {
+std::string FWorkshopController::GetModNameBoxText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->NewModName : std::string();
+}
+
+std::string FWorkshopController::GetModSummaryBoxText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->NewModSummary : std::string();
+}
+
 void FWorkshopController::OnModNameTextChanged(const std::string& Text)
 {
     if (FModioInterface* Client = WorkshopSupport::FindClient())

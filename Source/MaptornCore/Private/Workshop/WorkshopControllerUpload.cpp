@@ -43,6 +43,12 @@ void StartUpload(bool bStageOnly)
 }
 }
 
+std::string FWorkshopController::GetChangeNoteBoxText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->UploadChangelog : std::string();
+}
+
 void FWorkshopController::OnModioNotesTextChanged(const std::string& Text)
 {
     if (FModioInterface* Client = WorkshopSupport::FindClient())
@@ -127,7 +133,7 @@ void FWorkshopController::RememberShareChoice(const std::string& ModId, const FS
 
 void FWorkshopController::OnUploadSelectionChanged(const std::string& Item)
 {
-    UploadSelectionText = Item;
+    // The label shows the chosen id, which the client keeps.
     OnSelectUploadModClicked(Item);
 }
 
@@ -164,6 +170,12 @@ bool FWorkshopController::StageModButtonClicked()
 
 void FWorkshopController::RefreshUploadModList()
 {
+    MakeUploadRows();
+    Notify(ViewEvents.UploadRowsRebuilt);
+}
+
+void FWorkshopController::MakeUploadRows()
+{
     UploadRows.clear();
     if (const FModioInterface* Client = WorkshopSupport::FindClient())
     {
@@ -172,7 +184,6 @@ void FWorkshopController::RefreshUploadModList()
             UploadRows.emplace_back(Mod, AliveToken, [this](const std::string& ModId) { OnSelectUploadModClicked(ModId); });
         }
     }
-    Notify(ViewEvents.UploadRowsRebuilt);
 }
 
 const std::vector<std::string>& FWorkshopController::GetModIds()

@@ -33,13 +33,17 @@ struct MAPTORNCORE_API FWorkshopViewEvents
 // controls call. It owns almost nothing: each call finds the module, and through it the mod.io
 // client, which may be absent; every getter has an answer for that case. Button handlers answer
 // handled (true); value-change handlers return nothing. UI thread only.
+//
+// The editor builds a new window each time the tab opens. A new controller starts from what the
+// client holds: its rows, the chosen mod, the catalogue page with each record's download state, and
+// the texts of the boxes, so that a reopened tab shows what the closed one showed.
 class MAPTORNCORE_API FWorkshopController
 {
 public:
     static constexpr int32 SourceModPageSize = 20;
     static constexpr std::size_t MaxSummaryCharacters = 250;
 
-    // Binds the client's list observers when a client exists now.
+    // Binds the client's list observers and builds the rows from the client, when a client exists now.
     FWorkshopController();
     ~FWorkshopController();
     FWorkshopController(const FWorkshopController&) = delete;
@@ -61,8 +65,9 @@ public:
     EVisibility ShowLoginButton() const;
     bool IsAuthenticated() const;
     int32 GetLoginIndex() const;
-    const std::string& GetEmailBoxText() const { return EmailBoxText; }
-    const std::string& GetAuthCodeBoxText() const { return AuthCodeBoxText; }
+    // What the e-mail and auth-code boxes hold: the client's EmailAddress and AuthCode.
+    std::string GetEmailBoxText() const;
+    std::string GetAuthCodeBoxText() const;
 
     bool AgreedToTerms();
     void OnEmailTextChanged(const std::string& Text);
@@ -77,6 +82,9 @@ public:
     EVisibility GetCreateModSpinnerVisibility() const;
     EVisibility GetCreateModVisibility() const;
     EModType GetModType() const;
+    // What the name and summary boxes hold: the client's NewModName and NewModSummary.
+    std::string GetModNameBoxText() const;
+    std::string GetModSummaryBoxText() const;
 
     void OnModNameTextChanged(const std::string& Text);
     void OnModSummaryTextChanged(const std::string& Text);
@@ -102,7 +110,10 @@ public:
     ECheckBoxState IsWindowsBuild() const;
     ECheckBoxState IsAndroidBuild() const;
     ECheckBoxState IsSharingSource() const;
-    const std::string& GetUploadSelectionText() const { return UploadSelectionText; }
+    // The selection label: the chosen mod's id.
+    std::string GetUploadSelectionText() const { return GetModId(); }
+    // What the change-note box holds: the client's UploadChangelog.
+    std::string GetChangeNoteBoxText() const;
     const std::vector<FWorkshopUploadEntry>& GetUploadRows() const { return UploadRows; }
     // The combo's mod-id items, rebuilt from OwnMods when their number changed.
     const std::vector<std::string>& GetModIds();
@@ -140,6 +151,9 @@ public:
     std::optional<float> GetDownloadProgress() const;
     std::string GetDownloadProgressText() const;
     const std::vector<FWorkshopSourcePluginEntry>& GetSourceModRows() const { return SourceModRows; }
+    // The sort combo's item and the search box's text: the client's catalogue query.
+    ESourceModQueryType GetSourceModSortType() const;
+    std::string GetSourceModSearchText() const;
 
     bool OnNextModPageClicked();
     bool OnPreviousModPageClicked();
@@ -156,15 +170,14 @@ private:
     void UnbindClientObservers();
     void RunSourceQuery(FModioInterface& Client);
     void RebuildSourceModRows(const FSourceModList& List);
+    void MakeSourceModRows(const FSourceModList& List);
+    void MakeUploadRows();
     void RememberShareChoice(const std::string& ModId, const FSourceModInfo* OwnMod);
     static void Notify(const std::function<void()>& Event);
 
     // Rows and bindings hold this weakly, so nothing calls into a closed window.
     std::shared_ptr<int> AliveToken = std::make_shared<int>(0);
 
-    std::string EmailBoxText;
-    std::string AuthCodeBoxText;
-    std::string UploadSelectionText;
     EModType ModType = EModType::Map;
     bool bModTypeChosen = false;
 
