@@ -27,7 +27,7 @@ protected:
     {
         FSourceModInfo Record;
         Record.PluginName = "UGC" + Id;
-        Record.Version = 4;
+        Record.Version = "4";
         Record.InstallState = static_cast<uint8>(ESourceModInstallState::Downloading);
         return Record;
     }

@@ -43,15 +43,19 @@ TEST_F(OwnModRefresh, TheRequestAsksForTheUsersLiveModsWithTheBearerToken)
     Refresh({true, 200, R"({"data": []})"});
     ASSERT_EQ(Http.Sent.size(), 1u);
     EXPECT_EQ(Http.Sent[0]->GetVerb(), "GET");
-    EXPECT_EQ(Http.Sent[0]->GetURL(), "https://g-7.modapi.io/v1/me/mods?game_id=7&status-not=3");
+    EXPECT_EQ(Http.Sent[0]->GetURL(), "https://g-7.modapi.io/v1/me/mods?game_id=7");
     EXPECT_EQ(Http.Sent[0]->GetHeader("Authorization"), "Bearer tok");
     EXPECT_EQ(Http.Sent[0]->GetHeader("Accept"), "application/json");
     EXPECT_FALSE(Client.bOwnModRefreshBusy);
 }
 
-TEST_F(OwnModRefresh, OnlyModsWithALocalPluginAreListedWithTheirVersions)
+TEST_F(OwnModRefresh, OnlyLiveModsWithALocalPluginAreListedWithTheirVersions)
 {
-    Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}], "modfile": {"version": "4"}}, {"id": 12, "name": "Elsewhere"}, {"name": "no id"}]})"});
+    FPluginInfo Deleted;
+    Deleted.Name = "UGC13";
+    Fakes.Engine.Plugins.push_back(Deleted);
+    Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}], "modfile": {"version": "4"}}, {"id": 12, "name": "Elsewhere"},
+        {"name": "no id"}, {"id": 13, "status": 3, "tags": [{"name": "Map"}]}]})"});
     ASSERT_EQ(Client.OwnMods.size(), 1u);
     EXPECT_EQ(Client.OwnMods[0].PluginName, "UGC11");
     EXPECT_EQ(Client.OwnMods[0].InstallState, static_cast<uint8>(ESourceModInstallState::Installed));
@@ -69,15 +73,17 @@ TEST_F(OwnModRefresh, AnUnparsableAnswerEmptiesTheVersionsButKeepsTheRows)
     EXPECT_EQ(Notified, 1);
 }
 
-TEST_F(OwnModRefresh, AnErrorBodyEmptiesTheListAndATransportFailureChangesNothing)
+TEST_F(OwnModRefresh, NeitherAnErrorAnswerNorATransportFailureChangesTheList)
 {
-    Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}]}]})"});
+    Refresh({true, 200, R"({"data": [{"id": 11, "tags": [{"name": "Map"}], "modfile": {"version": "4"}}]})"});
     Refresh({false, 0, ""});
     EXPECT_EQ(Client.OwnMods.size(), 1u) << "no answer: lists untouched";
     EXPECT_FALSE(Client.bOwnModRefreshBusy);
-    Refresh({true, 401, R"({"error": {"code": 401, "error_ref": 11005, "message": "expired"}})"});
-    EXPECT_TRUE(Client.OwnMods.empty()) << "the status is not inspected: no data, no rows";
-    EXPECT_EQ(Notified, 2);
+    // An error body that happens to hold an empty "data" is still an error.
+    Refresh({true, 401, R"({"data": [], "error": {"code": 401, "error_ref": 11005, "message": "expired"}})"});
+    EXPECT_EQ(Client.OwnMods.size(), 1u);
+    EXPECT_EQ(Client.OwnModVersions.size(), 1u);
+    EXPECT_EQ(Notified, 1);
 }
 
 TEST_F(OwnModRefresh, WithoutTheSessionNothingIsSent)

@@ -1,10 +1,14 @@
+#include "Common/StringUtil.h"
 #include "Modio/ModioInterface.h"
 #include "Modio/ModioRequests.h"
 #include "Modio/SourceModReader.h"
+#include "Support/CannedHttp.h"
 #include "Support/FakePlatform.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -53,7 +57,7 @@ TEST_F(SourceModRecords, EveryFieldIsReadFromItsKey)
     EXPECT_EQ(Info.ModType, EModType::Mod) << "tags compare ignoring case";
     EXPECT_EQ(Info.Tags, (std::vector<std::string>{"mod", "Props"}));
     EXPECT_EQ(Info.LogoUrl, "https://x/logo_320.png");
-    EXPECT_EQ(Info.Version, 3);
+    EXPECT_EQ(Info.Version, "3");
     EXPECT_EQ(Info.FileSize, 123456);
     EXPECT_TRUE(Info.bWindows);
     EXPECT_TRUE(Info.bOculus);
@@ -72,13 +76,44 @@ TEST_F(SourceModRecords, AMapTagWinsOverModAndGameMode)
 TEST_F(SourceModRecords, WrongTypesAndHugeNumbersNeverFailARecord)
 {
     const FSourceModInfo Info = Read(R"({"id": "77", "name": 5, "tags": "Map", "logo": [1], "submitted_by": null, "platforms": {"x": 1},
-        "modfile": {"version": 1e300, "filesize": -1e300, "download": "nope"}})");
+        "modfile": {"version": [1], "filesize": -1e300, "download": "nope"}})");
     EXPECT_EQ(Info.PluginName, "UGC77");
     EXPECT_EQ(Info.Name, "5");
     EXPECT_TRUE(Info.Tags.empty());
-    EXPECT_EQ(Info.Version, std::numeric_limits<int32>::max());
+    EXPECT_EQ(Info.Version, "");
     EXPECT_EQ(Info.FileSize, std::numeric_limits<int64>::min());
     EXPECT_EQ(Info.BinaryUrl, "");
+}
+
+TEST_F(SourceModRecords, VersionsStayTextAndOnlyPlainNumbersCountAsStampedVersions)
+{
+    EXPECT_EQ(Read(R"({"id": 1, "modfile": {"version": "1.2.3"}})").Version, "1.2.3");
+    EXPECT_EQ(Read(R"({"id": 1, "modfile": {"version": 12}})").Version, "12");
+    const std::vector<std::pair<std::string, int32>> Numbers = {{"12", 12}, {"1.2.3", 0}, {"", 0}, {"v3", 0}, {"99999999999", 2147483647}};
+    for (const auto& [Text, Number] : Numbers)
+    {
+        EXPECT_EQ(VersionNumber(Text), Number) << Text;
+    }
+}
+
+// A server's id becomes a folder name and a URL segment: only plain positive decimals are ids.
+TEST_F(SourceModRecords, IdsThatAreNotPlainNumbersNeverBecomeRecords)
+{
+    const std::vector<std::pair<std::string, bool>> Ids = {{"7", true}, {"4711", true}, {"9223372036854775807", true},
+        {"0", false}, {"007", false}, {"1/../../x", false}, {"..", false}, {" 7", false}, {"7 ", false}, {"-7", false},
+        {"1.5", false}, {"1e3", false}, {"", false}, {"9223372036854775808", false}};
+    for (const auto& [Id, bPlain] : Ids)
+    {
+        SCOPED_TRACE(Id);
+        EXPECT_EQ(IsPlainModId(Id), bPlain);
+        EXPECT_EQ(Read(FJson{{"id", Id}}.dump()).PluginName, bPlain ? "UGC" + Id : "");
+    }
+    FSourceModList List;
+    ASSERT_TRUE(ReadSourceModList(Fakes.Platform, Client,
+        R"({"result_count": 3, "result_offset": 0, "result_limit": 20, "result_total": 3,
+            "data": [{"id": "1/../../x"}, {"id": 7}, {"id": "007"}]})", List));
+    ASSERT_EQ(List.Mods.size(), 1u);
+    EXPECT_EQ(List.Mods[0].PluginName, "UGC7");
 }
 
 TEST_F(SourceModRecords, TheCachedLogoIsShownElseTheDefaultThumbnail)
@@ -149,13 +184,19 @@ TEST(CatalogueUrl, PartsComeInTheirFixedOrder)
     Query.PageOffset = 40;
     Query.PageLimit = 20;
     EXPECT_EQ(ModioRequests::CatalogueUrl("http://h", 7, "KEY", Query, {"12", "9"}),
-        "http://h/v1/games/7/mods?api_key=KEY&tags=Mod&id-in=12,9&name-lk=*neon*&_offset=40&_limit=20");
+        "http://h/v1/games/7/mods?api_key=KEY&tags=Mod&id-in=12%2C9&name-lk=%2Aneon%2A&_offset=40&_limit=20");
 
     Query.SortType = ESourceModQueryType::Popular;
     Query.FilterTags = {"Map", "Ignored"};
     Query.SearchText.clear();
     Query.PageLimit = 0;
-    EXPECT_EQ(ModioRequests::CatalogueUrl("http://h", 7, "KEY", Query, {"12"}), "http://h/v1/games/7/mods?api_key=KEY&tags=Map&_sort=-popular");
+    EXPECT_EQ(ModioRequests::CatalogueUrl("http://h", 7, "KEY", Query, {"12"}), "http://h/v1/games/7/mods?api_key=KEY&tags=Map&_sort=-downloads_today");
+
+    // Every value is encoded: a search cannot add parameters, a tag cannot end the query.
+    Query.FilterTags = {"Map&x=1"};
+    Query.SearchText = "a b&_limit=1";
+    EXPECT_EQ(ModioRequests::CatalogueUrl("http://h", 7, "KEY", Query, {}),
+        "http://h/v1/games/7/mods?api_key=KEY&tags=Map%26x%3D1&_sort=-downloads_today&name-lk=%2Aa%20b%26_limit%3D1%2A");
 }
 
 TEST(SourceModQuery, WithoutHttpTheQueryReportsFailureAndIsNotLeftBusy)
@@ -171,4 +212,54 @@ TEST(SourceModQuery, WithoutHttpTheQueryReportsFailureAndIsNotLeftBusy)
     Client.QuerySourceMods();
     EXPECT_EQ(Failures, 1);
     EXPECT_FALSE(Client.bSourceQueryBusy);
+}
+
+// Before an install: the answer must be about the mod asked for, whatever a server puts in it.
+TEST(SourceModFetch, OnlyTheModAskedForIsReturnedAndEveryRefusalSaysWhy)
+{
+    struct FCase
+    {
+        std::string Name;
+        std::string ModId;
+        FCannedHttp::FAnswer Answer;
+        std::string Found;        // plug-in name returned, empty when refused
+        std::string Why;          // part of the reason given
+    };
+    const std::vector<FCase> Cases = {
+        {"the mod asked for", "909", {true, 200, R"({"result_count": 2, "data": [{"id": 906}, {"id": 909}]})"}, "UGC909", ""},
+        {"another mod only", "909", {true, 200, R"({"result_count": 1, "data": [{"id": 906}]})"}, "", "another mod (UGC906)"},
+        {"no such mod", "909", {true, 200, R"({"result_count": 0, "data": []})"}, "", "no shared source plug-in with id 909"},
+        {"an error answer", "909", {true, 403, R"({"error": {"code": 403, "error_ref": 15025, "message": "Not for you."}})"}, "",
+            "Not for you. (HTTP 403, error_ref 15025)"},
+        {"no answer", "909", {false, 0, ""}, "", "could not be reached"},
+        {"a path for an id", "1/../x", {}, "", "not a mod id"},
+        {"a leading zero", "0909", {}, "", "not a mod id"}};
+    for (const FCase& Case : Cases)
+    {
+        SCOPED_TRACE(Case.Name);
+        FFakePlatform Fakes;
+        FCannedHttp Http;
+        FMaptornPlatform Platform{Fakes.Log, Fakes.Dialogs, Fakes.Engine, Fakes.Definitions, Fakes.Processes, Fakes.Tasks, Http, Fakes.Archive, &Fakes.Session};
+        FModioInterface Client(Platform, FMaptornConfig{"", "https://h", 7, "KEY"});
+        Http.Answers.push_back(Case.Answer);
+        std::optional<std::string> Found;
+        std::string Why;
+        Client.FetchSourceMod(Case.ModId, [&](bool bFound, FSourceModInfo Info, std::string Reason) {
+            Found = bFound ? Info.PluginName : std::string();
+            Why = Reason;
+        });
+        Http.Pump();
+        ASSERT_TRUE(Found.has_value());
+        EXPECT_EQ(*Found, Case.Found);
+        EXPECT_NE(Why.find(Case.Why), std::string::npos) << Why;
+        if (Case.Why == "not a mod id")
+        {
+            EXPECT_TRUE(Http.Sent.empty()) << "nothing is asked with a bad id";
+        }
+        else
+        {
+            ASSERT_EQ(Http.Sent.size(), 1u);
+            EXPECT_EQ(Http.Sent[0]->GetURL(), "https://h/v1/games/7/mods?api_key=KEY&id=" + Case.ModId);
+        }
+    }
 }

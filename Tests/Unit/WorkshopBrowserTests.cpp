@@ -129,7 +129,7 @@ TEST_F(WorkshopBrowser, SearchInAnotherLetterCaseDoesNotQueryAgain)
     ASSERT_EQ(Http.Sent.size(), 1u);
     EXPECT_EQ(Client->SourceQuery.SearchText, "Castle");
     EXPECT_EQ(Client->SourceQuery.PageOffset, 0);
-    EXPECT_NE(Http.Sent[0]->GetURL().find("name-lk=*Castle*"), std::string::npos);
+    EXPECT_NE(Http.Sent[0]->GetURL().find("name-lk=%2ACastle%2A"), std::string::npos);
     Http.Pump();
 
     Controller->OnSourceModSearchChanged("CASTLE");
@@ -150,7 +150,7 @@ TEST_F(WorkshopBrowser, ASearchTypedWhileAQueryRunsIsSentWhenItAnswers)
 
     Http.Pump();
     ASSERT_EQ(Http.Sent.size(), 2u);
-    EXPECT_NE(Http.Sent[1]->GetURL().find("name-lk=*Castle*"), std::string::npos);
+    EXPECT_NE(Http.Sent[1]->GetURL().find("name-lk=%2ACastle%2A"), std::string::npos);
     Http.Pump();
     EXPECT_EQ(Http.Sent.size(), 2u);
 }
