@@ -2,13 +2,17 @@
 
 #include "CoreMinimal.h"
 #include "Platform/DefinitionsPort.h"
-#include "UObject/WeakObjectPtr.h"
 
-#include <optional>
+#include <map>
+#include <string>
+
+class UObject;
 
 // The game's definition assets (UKelvor_Map, UKelvor_Mod, UKelvor_GameMode) seen as the core's
-// plain FKelvorDefinition. Fields are copied in on load and written back before every dirty-mark
-// or save; the same package always yields the same shared struct.
+// plain FKelvorDefinition. The same package always yields the same shared struct, read afresh
+// from the asset on every load, so an edit made in the details panel meanwhile is seen. A save
+// writes back only the fields the core changed since it last read them, so it never overwrites
+// the modder's edits with stale values.
 class FEngineDefinitions final : public Maptorn::IMaptornDefinitions
 {
 public:
@@ -18,17 +22,18 @@ public:
 	bool SavePackage(const Maptorn::FKelvorDefinition& Definition) override;
 
 private:
-	struct FLiveDefinition
+	struct FTrackedDefinition
 	{
-		TWeakObjectPtr<UObject> Object;
-		FString ObjectPath;   // to find the asset again if the editor unloaded it meanwhile
+		FString ObjectPath;
 		std::shared_ptr<Maptorn::FKelvorDefinition> Definition;
+		// The asset's values as last read or written: what the core's struct is compared against.
+		Maptorn::FKelvorDefinition AsRead;
 	};
 
 	std::shared_ptr<Maptorn::FKelvorDefinition> Track(UObject& Object, Maptorn::EModType Class);
-	// The asset behind Definition with the struct's fields written into it; null when it is gone.
+	// The asset behind Definition with the fields the core changed written into it; null when it is gone.
 	UObject* WriteBack(const Maptorn::FKelvorDefinition& Definition);
 
 	// By long package name ("/UGC12/definition").
-	TMap<FString, FLiveDefinition> LiveDefinitions;
+	std::map<std::string, FTrackedDefinition> Tracked;
 };
