@@ -5,6 +5,7 @@
 #include "Platform/EngineDialogs.h"
 #include "Platform/EngineHttp.h"
 #include "Platform/EngineLog.h"
+#include "Platform/EngineModioSession.h"
 #include "Platform/EngineProcesses.h"
 #include "Platform/EngineServices.h"
 #include "Platform/EngineTasks.h"
@@ -90,9 +91,9 @@ void FMaptornModule::StartupModule()
 	Tasks = MakeUnique<FEngineTasks>();
 	Http = MakeUnique<FEngineHttp>();
 	Archive = MakeUnique<FEngineArchive>();
-	// No mod.io session adapter yet: the core treats a null session as the subsystem not being present.
+	ModioSession = MakeUnique<FEngineModioSession>();
 	Platform = TUniquePtr<Maptorn::FMaptornPlatform>(new Maptorn::FMaptornPlatform{
-		*Log, *Dialogs, *Engine, *Definitions, *Processes, *Tasks, *Http, *Archive, nullptr});
+		*Log, *Dialogs, *Engine, *Definitions, *Processes, *Tasks, *Http, *Archive, ModioSession.Get()});
 
 	Core = TUniquePtr<Maptorn::FMaptornModule>(Maptorn::InitializeModule(*Platform, MaptornModuleSettings::ReadModuleConfig()).release());
 	// The log line, steam_appid.txt, the members, the project-map object, the mod.io client, the mod

@@ -10,6 +10,7 @@ class FEngineDefinitions;
 class FEngineDialogs;
 class FEngineHttp;
 class FEngineLog;
+class FEngineModioSession;
 class FEngineProcesses;
 class FEngineServices;
 class FEngineTasks;
@@ -59,6 +60,7 @@ private:
 	TUniquePtr<FEngineTasks> Tasks;
 	TUniquePtr<FEngineHttp> Http;
 	TUniquePtr<FEngineArchive> Archive;
+	TUniquePtr<FEngineModioSession> ModioSession;
 	TUniquePtr<Maptorn::FMaptornPlatform> Platform;
 	TUniquePtr<Maptorn::FMaptornModule> Core;
 

@@ -14,8 +14,13 @@ void FModioInterface::RefreshOwnMods()
     {
         return;
     }
+    const std::string Token = Session->GetAuthTokenAsString();
+    if (Token.empty() && RefreshOwnModsThroughSession(*Session))
+    {
+        return;
+    }
     FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Platform.Http, "GET",
-        ModioRequests::OwnModsUrl(Config.ModioApiBaseUrl, Config.ModioGameId), Session->GetAuthTokenAsString());
+        ModioRequests::OwnModsUrl(Config.ModioApiBaseUrl, Config.ModioGameId), Token);
     if (!Request)
     {
         return;
@@ -63,15 +68,19 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
             {
                 continue;
             }
-            FSourceModInfo Info = ReadSourceModInfo(Platform, *this, ModObject);
-            const auto State = static_cast<ESourceModInstallState>(Info.InstallState);
-            if (!Info.PluginName.empty() && (State == ESourceModInstallState::Installed || State == ESourceModInstallState::RequiresUpdate))
-            {
-                OwnModVersions[Info.PluginName.substr(3)] = VersionNumber(Info.Version);
-                OwnMods.push_back(std::move(Info));
-            }
+            KeepOwnMod(ReadSourceModInfo(Platform, *this, ModObject));
         }
     }
     OnUploadListUpdated.Broadcast();
+}
+
+void FModioInterface::KeepOwnMod(FSourceModInfo Info)
+{
+    const auto State = static_cast<ESourceModInstallState>(Info.InstallState);
+    if (!Info.PluginName.empty() && (State == ESourceModInstallState::Installed || State == ESourceModInstallState::RequiresUpdate))
+    {
+        OwnModVersions[Info.PluginName.substr(3)] = VersionNumber(Info.Version);
+        OwnMods.push_back(std::move(Info));
+    }
 }
 }

@@ -194,6 +194,11 @@ private:
     void OnVerificationFailed(const FModioErrorCode& ErrorCode);
     void OnInitializeComplete(FModioErrorCode ErrorCode);
     void OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected);
+    // Without a token the session lists the user's mods itself; false when it cannot.
+    bool RefreshOwnModsThroughSession(IModioSession& Session);
+    void OnOwnModsListed(const FModioErrorCode& ErrorCode, const std::optional<std::vector<FModioModInfo>>& Mods);
+    // Offers one of the user's mods for upload when its plug-in exists locally.
+    void KeepOwnMod(FSourceModInfo Info);
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
     // Empty for a 2xx answer; else what went wrong, with mod.io's message and ref.
     static std::string AnswerError(const FHttpResponsePtr& Response, bool bConnected);

@@ -13,6 +13,8 @@ namespace ModioErrorValue
 {
 inline constexpr int32 UserAlreadyAuthenticated = 20993;
 inline constexpr int32 HttpRequestFailed = 20489;
+// GenericError: the SDK is not initialised, or has been shut down.
+inline constexpr int32 SdkNotInitialized = 21769;
 }
 
 // An SDK result: true (an error) when Value is not zero.
@@ -101,6 +103,16 @@ struct MAPTORNCORE_API FModioModInfo
     FModioModID ModId = 0;
     std::string Name;
     std::string MetadataBlob;
+    // Filled by a session that lists the user's mods itself (ListUserCreatedModsAsync).
+    std::string Summary;
+    std::string ProfileUrl;
+    std::string SubmittedBy;
+    std::vector<std::string> Tags;
+    // The current release's version text and size; empty and 0 without one.
+    std::string FileVersion;
+    int64 FileSize = 0;
+    // mod.io's status: 0 not accepted, 1 accepted, 3 deleted.
+    int32 Status = 1;
 };
 
 // An opaque ticket for one mod creation.

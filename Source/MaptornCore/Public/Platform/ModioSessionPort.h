@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Maptorn
 {
@@ -14,6 +15,7 @@ using FOnErrorOnlyDelegate = std::function<void(FModioErrorCode)>;
 using FOnSubmitNewModDelegate = std::function<void(FModioErrorCode, std::optional<FModioModID>)>;
 using FOnSubmitModChangesDelegate = std::function<void(FModioErrorCode, std::optional<FModioModInfo>)>;
 using FOnModManagementDelegate = std::function<void(FModioModManagementEvent)>;
+using FOnListUserCreatedModsDelegate = std::function<void(FModioErrorCode, std::optional<std::vector<FModioModInfo>>)>;
 
 // Stands for the mod.io engine plug-in's subsystem. Completions are queued and run only by
 // RunPendingHandlers, which the module's tick calls, so they run on the game thread.
@@ -43,5 +45,9 @@ public:
         FOnSubmitModChangesDelegate Callback) = 0;
     // Progress is read with QueryCurrentModUpdate; the end arrives as an Uploaded mod-management event.
     virtual void SubmitNewModFileForMod(FModioModID Mod, const FModioCreateModFileParams& Params) = 0;
+
+    // Optional: the logged-in user's own mods, for a session that has no token to hand out (the
+    // engine plug-in). False when the session cannot list them; the callback then never runs.
+    virtual bool ListUserCreatedModsAsync(FOnListUserCreatedModsDelegate /*Callback*/) { return false; }
 };
 }
