@@ -103,13 +103,14 @@ struct MAPTORNCORE_API FModioModInfo
     FModioModID ModId = 0;
     std::string Name;
     std::string MetadataBlob;
-    // Filled by a session that lists the user's mods itself (ListUserCreatedModsAsync).
-    std::string Summary;
-    std::string ProfileUrl;
-    std::string SubmittedBy;
-    std::vector<std::string> Tags;
+    // Filled by a session that lists the user's mods itself (ListUserCreatedModsAsync); the
+    // initialisers let the REST session keep its three-member aggregate form.
+    std::string Summary{};
+    std::string ProfileUrl{};
+    std::string SubmittedBy{};
+    std::vector<std::string> Tags{};
     // The current release's version text and size; empty and 0 without one.
-    std::string FileVersion;
+    std::string FileVersion{};
     int64 FileSize = 0;
     // mod.io's status: 0 not accepted, 1 accepted, 3 deleted.
     int32 Status = 1;
