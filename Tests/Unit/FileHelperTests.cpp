@@ -1,4 +1,5 @@
 #include "Common/FileHelper.h"
+#include "Common/NativePath.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -32,4 +33,20 @@ TEST(FileHelper, TheLineVisitorSeesLinesWithoutTheirTerminators)
     std::vector<std::string> Lines;
     ASSERT_TRUE(FileHelper::LoadFileToStringWithLineVisitor(Temp.Dir() + "log.txt", [&](const std::string& Line) { Lines.push_back(Line); }));
     EXPECT_EQ(Lines, (std::vector<std::string>{"one", "two", "three"}));
+}
+
+namespace
+{
+// A project under "C:\Users\Zoë\Projects" on Windows: the UTF-8 path the core holds must name the
+// same folder the file system lists back.
+TEST(NativePathTest, ANonAsciiFolderIsWrittenListedAndReadUnderTheSameName)
+{
+    FTempDir Temp;
+    const std::string Folder = Temp.Dir() + "Zo\xC3\xAB/Projects/";
+    ASSERT_TRUE(FileHelper::SaveStringToFile("Arena", Folder + "Caf\xC3\xA9.txt"));
+
+    EXPECT_EQ(FileSystem::ListFilesRecursively(Temp.Dir() + "Zo\xC3\xAB"), (std::vector<std::string>{Folder + "Caf\xC3\xA9.txt"}));
+    EXPECT_EQ(FileHelper::LoadFileToString(Folder + "Caf\xC3\xA9.txt"), std::optional<std::string>("Arena"));
+    EXPECT_EQ(NativePath::ToUtf8(NativePath::FromUtf8(Folder)), Folder);
+}
 }

@@ -115,8 +115,10 @@ TEST_F(ModuleTick, AFinishedDownloadMarksItsRowForRestartAndStartsTheNextQueuedO
 {
     Client->LastSourceModList.Mods = {CatalogueRecord("11"), CatalogueRecord("22")};
     Client->DownloadQueue.push_back(CatalogueRecord("22"));
+    Client->DownloadsRemaining = 1;
     Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
     Client->ActiveDownload->ModId = "11";
+    Client->ActiveDownload->Version = 4;
     Client->ActiveDownload->State = EPluginDownloadState::Complete;
     int Notified = 0;
     Client->OnSourceModListUpdated.Add([&](bool bOk, const FSourceModList&) { Notified += bOk ? 1 : 0; });
@@ -129,6 +131,21 @@ TEST_F(ModuleTick, AFinishedDownloadMarksItsRowForRestartAndStartsTheNextQueuedO
     ASSERT_NE(Client->ActiveDownload, nullptr) << "the queued download started";
     EXPECT_EQ(Client->ActiveDownload->ModId, "22");
     EXPECT_TRUE(Client->DownloadQueue.empty());
+    EXPECT_EQ(Client->DownloadsRemaining, 0);
+}
+
+TEST_F(ModuleTick, ADownloadFinishedWhileAnotherPageIsShownIsRememberedForItsRow)
+{
+    Client->LastSourceModList.Mods = {CatalogueRecord("22")};
+    Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
+    Client->ActiveDownload->ModId = "11";
+    Client->ActiveDownload->Version = 4;
+    Client->ActiveDownload->State = EPluginDownloadState::Complete;
+
+    Module.Tick(0.016f);
+
+    EXPECT_EQ(Client->FinishedDownloads.at("11"), 4) << "the page that lists mod 11 later reads it as installed";
+    EXPECT_EQ(Client->LastSourceModList.Mods[0].InstallState, CatalogueRecord("22").InstallState);
 }
 
 TEST_F(ModuleTick, AFailedDownloadOffersTheDownloadAgain)

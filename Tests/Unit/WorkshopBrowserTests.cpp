@@ -268,6 +268,7 @@ TEST_F(WorkshopBrowser, DownloadLineNamesTheModTheBytesThePercentAndWhatRemains)
     Download->Progress = 0.29f;
     Client->ActiveDownload = Download;
     Client->DownloadQueue = {CatalogueMod("6"), CatalogueMod("7")};
+    Client->DownloadsRemaining = 2;
 
     EXPECT_EQ(Controller->GetModDownloadVisibility(), EVisibility::Visible);
     EXPECT_EQ(Controller->GetDownloadProgress(), std::optional<float>(0.29f));
@@ -275,5 +276,6 @@ TEST_F(WorkshopBrowser, DownloadLineNamesTheModTheBytesThePercentAndWhatRemains)
 
     Download->ModName.clear();
     Client->DownloadQueue.clear();
+    Client->DownloadsRemaining = 0;
     EXPECT_EQ(Controller->GetDownloadProgressText(), "Downloading None - 1.50 KB/3.00 MB 29% - 1 Mods Remaining");
 }

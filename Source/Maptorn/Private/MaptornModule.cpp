@@ -11,6 +11,7 @@
 #include "Platform/EngineTasks.h"
 #include "Platform/StringConversion.h"
 
+#include "Module/GameInstall.h"
 #include "Module/MaptornConfig.h"
 #include "Module/MaptornModule.h"
 #include "Platform/MaptornPlatform.h"
@@ -22,6 +23,7 @@
 #include "Styling/AppStyle.h"
 #include "Styling/SlateStyleRegistry.h"
 #include "UI/KelvorWorkshopWindow.h"
+#include "UI/WorkshopStyle.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Text/STextBlock.h"
@@ -96,12 +98,14 @@ void FMaptornModule::StartupModule()
 		*Log, *Dialogs, *Engine, *Definitions, *Processes, *Tasks, *Http, *Archive, ModioSession.Get()});
 
 	Core = TUniquePtr<Maptorn::FMaptornModule>(Maptorn::InitializeModule(*Platform, MaptornModuleSettings::ReadModuleConfig()).release());
-	// The log line, steam_appid.txt, the members, the project-map object, the mod.io client, the mod
-	// directory and the streaming fix, in the engine's order.
-	Core->StartupModule();
-
-	RegisterStyleSet();
-	RegisterTab();
+	// The log line, steam_appid.txt and the members; the window's style set and tab; then the
+	// project-map object, the mod.io client, the mod directory and the streaming fix.
+	Core->StartupModule([this]
+	{
+		RegisterStyleSet();
+		RegisterTab();
+	});
+	UseGameInstall();
 	EnginePreExitHandle = FCoreDelegates::OnEnginePreExit.AddRaw(this, &FMaptornModule::OnEnginePreExit);
 }
 
@@ -147,8 +151,14 @@ TStatId FMaptornModule::GetStatId() const
 
 void FMaptornModule::RegisterStyleSet()
 {
-	StyleSet = FSlateGameResources::New(FName("MaptornUIResources"), TEXT("/Maptorn/UI"), TEXT("/Maptorn/UI"));
+	// Made and registered once; shutdown unregisters and releases it.
+	if (StyleSet.IsValid())
+	{
+		return;
+	}
+	StyleSet = FSlateGameResources::New(MaptornWorkshopStyle::GetStyleSetName(), TEXT("/Maptorn/UI"), TEXT("/Maptorn/UI"));
 	check(StyleSet.IsValid());
+	MaptornWorkshopStyle::AddImages(*StyleSet);
 	FSlateStyleRegistry::RegisterSlateStyle(*StyleSet);
 }
 
@@ -161,7 +171,27 @@ void FMaptornModule::RegisterTab()
 		.SetIcon(FSlateIcon(FAppStyle::GetAppStyleSetName(), "Log.TabIcon"));
 }
 
-// The mod.io subsystem must close its session before the engine tears down the HTTP stack.
+// A folder set in the settings (KelvorInstallDir) wins; otherwise the game's Steam install, found
+// through Steam's library folders. Staging into the game and the Steam deploy need it.
+void FMaptornModule::UseGameInstall()
+{
+	const FString Preferred = MaptornModuleSettings::Read(TEXT("KelvorInstallDir"));
+	const std::string InstallDir = !Preferred.IsEmpty()
+		? MaptornString::ToStd(Preferred)
+		: Maptorn::GameInstall::FindGameInstallDir(Maptorn::GameInstall::FindSteamRoot(), Core->GetConfig().SteamAppId);
+	if (Maptorn::GameInstall::UseGameInstall(*Core, InstallDir))
+	{
+		UE_LOG(MaptornLog, Log, TEXT("Kelvor installation: %s"), *MaptornString::ToFString(InstallDir));
+	}
+	else
+	{
+		UE_LOG(MaptornLog, Warning, TEXT("Kelvor installation not found: install the game through Steam or set KelvorInstallDir in [%s] of %s"),
+			MaptornModuleSettings::Section, *GEditorPerProjectIni);
+	}
+}
+
+// The mod.io subsystem must close its session before the engine tears down the HTTP stack; the
+// module's own shutdown later finds it closed and does not close it twice.
 void FMaptornModule::OnEnginePreExit()
 {
 	if (Core && Core->ModioClient)
@@ -177,7 +207,11 @@ TSharedRef<SDockTab> FMaptornModule::OnSpawnPluginTab(const FSpawnTabArgs& /*Spa
 		.Label(LOCTEXT("TabTitle", "Kelvor Workshop"))
 		.ContentPadding(5)
 		[
-			SNew(SKelvorWorkshopWindow)
+			SNew(SBorder)
+			.Padding(4)
+			[
+				SNew(SKelvorWorkshopWindow)
+			]
 		];
 }
 

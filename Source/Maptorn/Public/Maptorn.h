@@ -50,6 +50,7 @@ private:
 	void OnEnginePreExit();
 	void RegisterStyleSet();
 	void RegisterTab();
+	void UseGameInstall();
 
 	// The adapters first, so that they are destroyed after the core that uses them.
 	TUniquePtr<FEngineLog> Log;

@@ -1,5 +1,7 @@
 #include "Common/FileHelper.h"
 
+#include "Common/NativePath.h"
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -106,12 +108,12 @@ bool SaveBytesToFile(const uint8* Bytes, std::size_t Size, const std::string& Fi
 {
     // The engine's file writer makes the folder first; so do we.
     std::error_code Error;
-    const fs::path Parent = fs::path(FilePath).parent_path();
+    const fs::path Parent = NativePath::FromUtf8(FilePath).parent_path();
     if (!Parent.empty())
     {
         fs::create_directories(Parent, Error);
     }
-    std::ofstream Out(FilePath, std::ios::binary | std::ios::trunc);
+    std::ofstream Out(NativePath::FromUtf8(FilePath), std::ios::binary | std::ios::trunc);
     if (!Out)
     {
         return false;
@@ -141,11 +143,11 @@ std::optional<std::string> LoadFileToString(const std::string& FilePath)
 {
     // Reading a folder through a file stream throws; only regular files are read.
     std::error_code Error;
-    if (!fs::is_regular_file(FilePath, Error))
+    if (!fs::is_regular_file(NativePath::FromUtf8(FilePath), Error))
     {
         return std::nullopt;
     }
-    std::ifstream In(FilePath, std::ios::binary);
+    std::ifstream In(NativePath::FromUtf8(FilePath), std::ios::binary);
     if (!In)
     {
         return std::nullopt;
@@ -206,40 +208,40 @@ namespace Maptorn::FileSystem
 bool FileExists(const std::string& Path)
 {
     std::error_code Error;
-    return fs::is_regular_file(Path, Error);
+    return fs::is_regular_file(NativePath::FromUtf8(Path), Error);
 }
 
 bool DirectoryExists(const std::string& Path)
 {
     std::error_code Error;
-    return !Path.empty() && fs::is_directory(Path, Error);
+    return !Path.empty() && fs::is_directory(NativePath::FromUtf8(Path), Error);
 }
 
 bool CreateDirectoryTree(const std::string& Path)
 {
     std::error_code Error;
-    fs::create_directories(Path, Error);
+    fs::create_directories(NativePath::FromUtf8(Path), Error);
     return DirectoryExists(Path);
 }
 
 bool DeleteFile(const std::string& Path)
 {
     std::error_code Error;
-    fs::remove(Path, Error);
-    return !Error && !fs::exists(fs::symlink_status(Path, Error));
+    fs::remove(NativePath::FromUtf8(Path), Error);
+    return !Error && !fs::exists(fs::symlink_status(NativePath::FromUtf8(Path), Error));
 }
 
 bool DeleteDirectoryRecursively(const std::string& Path)
 {
     std::error_code Error;
-    fs::remove_all(Path, Error);
+    fs::remove_all(NativePath::FromUtf8(Path), Error);
     return !Error && !DirectoryExists(Path);
 }
 
 bool MoveFile(const std::string& From, const std::string& To)
 {
     std::error_code Error;
-    fs::rename(From, To, Error);
+    fs::rename(NativePath::FromUtf8(From), NativePath::FromUtf8(To), Error);
     if (!Error)
     {
         return true;
@@ -250,14 +252,14 @@ bool MoveFile(const std::string& From, const std::string& To)
 bool CopyFile(const std::string& From, const std::string& To)
 {
     std::error_code Error;
-    fs::copy_file(From, To, fs::copy_options::overwrite_existing, Error);
+    fs::copy_file(NativePath::FromUtf8(From), NativePath::FromUtf8(To), fs::copy_options::overwrite_existing, Error);
     return !Error;
 }
 
 int64 FileSize(const std::string& Path)
 {
     std::error_code Error;
-    const auto Size = fs::file_size(Path, Error);
+    const auto Size = fs::file_size(NativePath::FromUtf8(Path), Error);
     return Error ? -1 : static_cast<int64>(Size);
 }
 
@@ -265,10 +267,10 @@ std::vector<FDirectoryEntry> ListDirectory(const std::string& Directory)
 {
     std::vector<FDirectoryEntry> Entries;
     std::error_code Error;
-    for (fs::directory_iterator It(Directory, Error), End; !Error && It != End; It.increment(Error))
+    for (fs::directory_iterator It(NativePath::FromUtf8(Directory), Error), End; !Error && It != End; It.increment(Error))
     {
         std::error_code TypeError;
-        Entries.push_back({It->path().generic_string(), It->is_directory(TypeError)});
+        Entries.push_back({NativePath::ToUtf8(It->path()), It->is_directory(TypeError)});
     }
     return Entries;
 }
@@ -277,12 +279,12 @@ std::vector<std::string> ListFilesRecursively(const std::string& Directory)
 {
     std::vector<std::string> Files;
     std::error_code Error;
-    for (fs::recursive_directory_iterator It(Directory, Error), End; !Error && It != End; It.increment(Error))
+    for (fs::recursive_directory_iterator It(NativePath::FromUtf8(Directory), Error), End; !Error && It != End; It.increment(Error))
     {
         std::error_code TypeError;
         if (It->is_regular_file(TypeError))
         {
-            Files.push_back(It->path().generic_string());
+            Files.push_back(NativePath::ToUtf8(It->path()));
         }
     }
     return Files;

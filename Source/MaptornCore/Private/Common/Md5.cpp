@@ -1,5 +1,7 @@
 #include "Common/Md5.h"
 
+#include "Common/NativePath.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -130,7 +132,7 @@ std::string FMd5::OfText(std::string_view Text)
 
 std::string FMd5::OfFile(const std::string& Path, const std::atomic<bool>* bCancelled)
 {
-    std::ifstream File(Path, std::ios::binary);
+    std::ifstream File(NativePath::FromUtf8(Path), std::ios::binary);
     if (!File)
     {
         return {};

@@ -21,6 +21,7 @@ void FModioInterface::QueueDownload(const FSourceModInfo& Mod)
     if (ActiveDownload)
     {
         DownloadQueue.push_back(Mod);
+        DownloadsRemaining = static_cast<int32>(DownloadQueue.size());
         if (FSourceModInfo* Record = FindCatalogueRecord(Mod.PluginName.substr(3)))
         {
             Record->InstallState = static_cast<uint8>(ESourceModInstallState::DownloadPending);

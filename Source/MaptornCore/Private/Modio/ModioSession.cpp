@@ -176,10 +176,12 @@ void FModioInterface::Logout()
 void FModioInterface::Shutdown()
 {
     IModioSession* Session = Platform.ModioSession;
-    if (!Session)
+    // The engine's pre-exit and the module's shutdown both end the session; only the first does.
+    if (!Session || bSessionShutDown)
     {
         return;
     }
+    bSessionShutDown = true;
     // The client may be gone when the completion runs: capture only the log.
     IMaptornLog& Log = Platform.Log;
     Session->ShutdownAsync([&Log](FModioErrorCode ErrorCode) {

@@ -44,7 +44,7 @@ bool FMaptornModule::IsAvailable()
     return GModuleInstance != nullptr;
 }
 
-void FMaptornModule::StartupModule()
+void FMaptornModule::StartupModule(const std::function<void()>& RegisterWindow)
 {
     Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Log, "Initializing Kelvor's workshop editor plugin");
 
@@ -58,6 +58,11 @@ void FMaptornModule::StartupModule()
     bWindowsPlatform = false;
     bBusy = false;
     TabIndex = 0;
+
+    if (RegisterWindow)
+    {
+        RegisterWindow();
+    }
 
     SVR = std::make_unique<FSVRInterface>(Platform);
 

@@ -83,6 +83,11 @@ void FMaptornModule::TickSourcePluginDownload()
     {
         return;
     }
+    // Remembered by id, so that whichever catalogue page shows the mod later shows it installed.
+    if (State == EPluginDownloadState::Complete)
+    {
+        Client.FinishedDownloads[Client.ActiveDownload->ModId] = Client.ActiveDownload->Version;
+    }
     if (FSourceModInfo* Record = Client.FindCatalogueRecord(Client.ActiveDownload->ModId))
     {
         // An installed plug-in loads only after an editor restart. A failed download leaves the
@@ -90,7 +95,6 @@ void FMaptornModule::TickSourcePluginDownload()
         if (State == EPluginDownloadState::Complete)
         {
             Record->InstallState = static_cast<uint8>(ESourceModInstallState::InstalledRestartRequired);
-            Client.FinishedDownloads[Client.ActiveDownload->ModId] = VersionNumber(Record->Version);
         }
         else
         {
@@ -106,6 +110,7 @@ void FMaptornModule::TickSourcePluginDownload()
     {
         const FSourceModInfo Next = Client.DownloadQueue.front();
         Client.DownloadQueue.pop_front();
+        Client.DownloadsRemaining = static_cast<int32>(Client.DownloadQueue.size());
         Client.StartDownload(Next);
     }
 }

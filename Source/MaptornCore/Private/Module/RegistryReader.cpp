@@ -1,9 +1,8 @@
 #include "Module/ProjectEnvironment.h"
 
-#ifdef _WIN32
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "Platform/WindowsHeaders.h"
 
+#ifdef _WIN32
 #include <vector>
 #endif
 

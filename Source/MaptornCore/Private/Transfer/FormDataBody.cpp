@@ -1,6 +1,7 @@
 #include "Transfer/FormDataBody.h"
 
 #include "Common/FileHelper.h"
+#include "Common/NativePath.h"
 #include "Common/StringUtil.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
     const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
 {
     OutBodySize = 0;
-    std::ofstream Body(BodyFile, std::ios::binary | std::ios::trunc);
+    std::ofstream Body(NativePath::FromUtf8(BodyFile), std::ios::binary | std::ios::trunc);
     if (!Body)
     {
         return EFormDataBodyError::BodyNotWritable;
@@ -50,7 +51,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
     Body.write(Head.data(), static_cast<std::streamsize>(Head.size()));
     if (SourceFile)
     {
-        std::ifstream Source(*SourceFile, std::ios::binary);
+        std::ifstream Source(NativePath::FromUtf8(*SourceFile), std::ios::binary);
         const int64 FileSize = FileSystem::FileSize(*SourceFile);
         if (!Source || FileSize < 0)
         {

@@ -1,6 +1,7 @@
 #include "Transfer/ModioMultipartUpload.h"
 
 #include "Common/FileHelper.h"
+#include "Common/NativePath.h"
 #include "Common/StringUtil.h"
 #include "Modio/JsonFields.h"
 #include "Modio/ModioRequests.h"
@@ -179,7 +180,7 @@ void FModioMultipartUpload::SendPart()
         return;
     }
     const FMultipartUploadPart& Part = Parts[static_cast<std::size_t>(CurrentPart)];
-    std::ifstream File(FilePath, std::ios::binary);
+    std::ifstream File(NativePath::FromUtf8(FilePath), std::ios::binary);
     if (!File)
     {
         LogError(Printf("Uploading part failed to open file for read %s", FilePath.c_str()));

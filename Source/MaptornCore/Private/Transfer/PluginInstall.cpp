@@ -1,4 +1,5 @@
 #include "Common/FileHelper.h"
+#include "Common/NativePath.h"
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
 #include "Modio/SourceModReader.h"
@@ -15,7 +16,7 @@ namespace
 bool CopyTree(const std::string& From, const std::string& To)
 {
     std::error_code Error;
-    fs::copy(From, To, fs::copy_options::recursive | fs::copy_options::overwrite_existing, Error);
+    fs::copy(NativePath::FromUtf8(From), NativePath::FromUtf8(To), fs::copy_options::recursive | fs::copy_options::overwrite_existing, Error);
     return !Error;
 }
 
@@ -23,7 +24,7 @@ bool CopyTree(const std::string& From, const std::string& To)
 bool RenameFolder(const std::string& From, const std::string& To)
 {
     std::error_code Error;
-    fs::rename(From, To, Error);
+    fs::rename(NativePath::FromUtf8(From), NativePath::FromUtf8(To), Error);
     if (!Error)
     {
         return true;

@@ -1,12 +1,14 @@
 #include "Transfer/PluginModDownload.h"
 
 #include "Common/FileHelper.h"
+#include "Common/NativePath.h"
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
 #include "Modio/ModioRequests.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 namespace Maptorn
 {
@@ -81,11 +83,7 @@ void FPluginModDownload::Download()
     {
         FileSystem::DeleteFile(ArchivePath());
     }
-    if (std::FILE* Probe = std::fopen(ArchivePath().c_str(), "ab"))
-    {
-        std::fclose(Probe);
-    }
-    else
+    if (!std::ofstream(NativePath::FromUtf8(ArchivePath()), std::ios::binary | std::ios::app))
     {
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to write to zip file %s check permissions", ModName.c_str()));
         return Fail();

@@ -15,6 +15,8 @@ FWorkshopController::FWorkshopController()
     }
     // The lists and the share note of the chosen mod live in the client; the view is told nothing
     // yet, it reads the rows once it is built.
+    // The window's own copy of the create page's kind starts from the client's, so a reopened tab agrees.
+    ModType = Client->NewModType;
     MakeUploadRows();
     MakeSourceModRows(Client->LastSourceModList);
     if (!Client->SelectedModId.empty())

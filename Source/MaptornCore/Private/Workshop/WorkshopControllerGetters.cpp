@@ -131,13 +131,7 @@ EVisibility FWorkshopController::GetCreateModVisibility() const
 
 EModType FWorkshopController::GetModType() const
 {
-    // Until this window's control is used, show what the client keeps, so a reopened tab agrees.
-    if (bModTypeChosen)
-    {
-        return ModType;
-    }
-    const FModioInterface* Client = WorkshopSupport::FindClient();
-    return Client ? Client->NewModType : ModType;
+    return ModType;
 }
 
 std::string FWorkshopController::GetModId() const

@@ -86,7 +86,7 @@ std::string FWorkshopController::GetDownloadProgressText() const
     Download->GetProgressBytes(Received, Total);
     const std::string Size = Printf("%s/%s", FormatFileSize(Received).c_str(), FormatFileSize(Total).c_str());
     // The running download counts itself among the remaining ones.
-    const int32 Remaining = static_cast<int32>(Client->DownloadQueue.size()) + 1;
+    const int32 Remaining = Client->DownloadsRemaining + 1;
     return Printf("Downloading %s - %s %d%% - %d Mods Remaining", Download->ModName.empty() ? "None" : Download->ModName.c_str(),
         Size.c_str(), WorkshopSupport::WholePercent(Download->GetProgress()), Remaining);
 }

@@ -158,6 +158,8 @@ public:
     std::string LastSourceQueryError;
     std::shared_ptr<FPluginModDownload> ActiveDownload;
     std::deque<FSourceModInfo> DownloadQueue;
+    // Downloads waiting behind the active one.
+    int32 DownloadsRemaining = 0;
     // Mods installed in this editor run, by id, with the version installed.
     std::map<std::string, int32> FinishedDownloads;
 
@@ -206,6 +208,7 @@ private:
 
     // Requests outlive nothing: their handlers check this before touching the client.
     std::shared_ptr<bool> AliveToken = std::make_shared<bool>(true);
+    bool bSessionShutDown = false;
 
     FMaptornPlatform& Platform;
     FMaptornConfig Config;

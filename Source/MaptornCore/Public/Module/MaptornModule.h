@@ -8,6 +8,7 @@
 #include "Platform/MaptornPlatform.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -34,7 +35,9 @@ public:
     static FMaptornModule& Get();
     static bool IsAvailable();
 
-    void StartupModule();
+    // The editor registers its window (style set, tab) through RegisterWindow, which runs after
+    // the members are set and before the project-map object and the mod.io client are made.
+    void StartupModule(const std::function<void()>& RegisterWindow = {});
     void ShutdownModule();
     void PreUnloadCallback() {}
     void PostLoadCallback() {}
