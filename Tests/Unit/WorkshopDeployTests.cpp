@@ -57,8 +57,10 @@ TEST_F(WorkshopDeploy, StageIsRefusedWhileBusyThenWithoutAnInstallThenWithoutSte
     Module.InstallDir.clear();
     Controller.StageButtonClicked();
     EXPECT_TRUE(HasError("Kelvor installation not found, can't stage"));
+    EXPECT_EQ(Controller.GetInstallDirText(), "Kelvor installation not found, can't stage") << "the window says so before a click";
 
     Module.InstallDir = "C:/Games/Kelvor";
+    EXPECT_EQ(Controller.GetInstallDirText(), "Kelvor install: C:/Games/Kelvor");
     Module.SteamUGC.reset();
     Controller.StageButtonClicked();
     EXPECT_TRUE(HasError("Cannot stage Android only mods, must have a valid UGC/have steam running to stage"));

@@ -5,10 +5,21 @@
 #include "Common/ByteFormat.h"
 #include "Common/StringUtil.h"
 #include "Modio/ModioInterface.h"
+#include "Module/MaptornModule.h"
 #include "WorkshopSupport.h"
 
 namespace Maptorn
 {
+std::string FWorkshopController::GetInstallDirText() const
+{
+    const FMaptornModule* Module = WorkshopSupport::FindModule();
+    if (!Module || Module->InstallDir.empty())
+    {
+        return "Kelvor installation not found, can't stage";
+    }
+    return "Kelvor install: " + Module->InstallDir;
+}
+
 std::string FWorkshopController::GetStageDirText() const
 {
     const FModioInterface* Client = WorkshopSupport::FindClient();

@@ -100,6 +100,8 @@ public:
     // Upload and stage page.
     std::string GetModId() const;
     std::string GetStageDirText() const;
+    // The game folder staging into the Steam game uses, or why there is none.
+    std::string GetInstallDirText() const;
     std::string GetSourceBuildText() const;
     bool CanBuildSource() const;
     EVisibility GetUploadModVisibility() const;
