@@ -3,9 +3,11 @@
 #include "UI/KelvorWorkshopWindow.h"
 
 #include "UI/SlateValues.h"
+#include "UI/WorkshopStyle.h"
 #include "UI/WorkshopTab.h"
 
 #include "Styling/AppStyle.h"
+#include "Widgets/Images/SImage.h"
 #include "Widgets/Images/SThrobber.h"
 #include "Widgets/Input/SEditableTextBox.h"
 #include "Widgets/Layout/SBorder.h"
@@ -75,14 +77,27 @@ void SKelvorWorkshopWindow::Construct(const FArguments& /*InArgs*/)
 
 TSharedRef<SWidget> SKelvorWorkshopWindow::MakeHeader()
 {
-	return SNew(SHorizontalBox)
-		+ SHorizontalBox::Slot().FillWidth(1.0f)
+	using namespace MaptornWorkshopStyle;
+	return SNew(SVerticalBox)
+		+ SVerticalBox::Slot().AutoHeight()
 		[
-			SNew(STextBlock).Text(LOCTEXT("Title", "Kelvor Workshop")).Font(FAppStyle::GetFontStyle("NormalFontBold"))
+			SNew(SHorizontalBox)
+			+ SHorizontalBox::Slot().AutoWidth()[SNew(SImage).Image(GetBrush(KelvorThumbnail()))]
+			+ SHorizontalBox::Slot().AutoWidth()[SNew(SImage).Image(GetBrush(WorkshopHeader()))]
 		]
-		+ SHorizontalBox::Slot().AutoWidth()
+		+ SVerticalBox::Slot().AutoHeight()
 		[
-			SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetConfigState()); })
+			SNew(SHorizontalBox)
+			+ SHorizontalBox::Slot().AutoWidth()[SNew(SImage).Image(GetBrush(ModioBanner()))]
+			+ SHorizontalBox::Slot().FillWidth(1.0f).HAlign(HAlign_Right).VAlign(VAlign_Center).Padding(4, 0)
+			[
+				SNew(SHorizontalBox)
+				+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center)[SNew(SImage).Image(GetBrush(UnrealIcon()))]
+				+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(4, 0, 0, 0)
+				[
+					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetConfigState()); })
+				]
+			]
 		];
 }
 

@@ -75,6 +75,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeAccountPage()
 					+ SVerticalBox::Slot().AutoHeight()
 					[
 						SAssignNew(EmailBox, SEditableTextBox)
+						.Text(ToText(Controller->GetEmailBoxText()))
 						.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnEmailTextChanged(MaptornString::ToStd(Text.ToString())); })
 					]
 					+ SVerticalBox::Slot().AutoHeight()[BusyButton(LOCTEXT("Send", "Send"), [this] { return Controller->SendAuthButtonClicked(); })]
@@ -87,6 +88,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeAccountPage()
 					+ SVerticalBox::Slot().AutoHeight()
 					[
 						SAssignNew(AuthCodeBox, SEditableTextBox)
+						.Text(ToText(Controller->GetAuthCodeBoxText()))
 						.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnAuthCodeChanged(MaptornString::ToStd(Text.ToString())); })
 					]
 					+ SVerticalBox::Slot().AutoHeight()[BusyButton(LOCTEXT("Login", "Login"), [this] { return Controller->LoginButtonClicked(); })]

@@ -2,7 +2,9 @@
 
 #include "UI/KelvorWorkshopWindow.h"
 
+#include "UI/KelvorWorkshopSourcePluginEntry.h"
 #include "UI/SlateValues.h"
+#include "UI/WorkshopStyle.h"
 
 #include "Styling/AppStyle.h"
 #include "Widgets/Images/SImage.h"
@@ -46,7 +48,9 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 	{
 		SortItems.Add(MakeShared<ESourceModQueryType>(static_cast<ESourceModQueryType>(Value)));
 	}
-	CurrentSortItem = SortItems[static_cast<int32>(ESourceModQueryType::Popular)];
+	// A reopened tab shows the query the client still holds.
+	const uint32 Sort = static_cast<uint32>(Controller->GetSourceModSortType());
+	CurrentSortItem = Sort < static_cast<uint32>(SortItems.Num()) ? SortItems[static_cast<int32>(Sort)] : SortItems[0];
 
 	return SNew(SBorder)
 		.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
@@ -74,6 +78,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 				[
 					SNew(SSearchBox)
 					.HintText(LOCTEXT("SearchHint", "Search for Source Plugins"))
+					.InitialText(ToText(Controller->GetSourceModSearchText()))
 					.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnSourceModSearchChanged(MaptornString::ToStd(Text.ToString())); })
 				]
 			]
@@ -109,7 +114,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 					.IsEnabled_Lambda([this] { return Controller->CanGatherSourceMods(); })
 					.OnClicked_Lambda([this] { return Handled(Controller->OnRefreshModPageClicked()); })
 					[
-						SNew(SImage).Image(FAppStyle::GetBrush("Icons.Refresh"))
+						SNew(SImage).Image(MaptornWorkshopStyle::GetBrush(MaptornWorkshopStyle::RefreshIcon()))
 					]
 				]
 				+ SHorizontalBox::Slot().FillWidth(1.0f).Padding(4, 0)
@@ -140,50 +145,15 @@ void SKelvorWorkshopWindow::RebuildSourceModRows()
 		return;
 	}
 	SourceModRows->ClearChildren();
-	const std::vector<Maptorn::FWorkshopSourcePluginEntry>& Rows = Controller->GetSourceModRows();
-	for (size_t Index = 0; Index < Rows.size(); ++Index)
+	for (size_t Index = 0; Index < Controller->GetSourceModRows().size(); ++Index)
 	{
-		auto Row = [this, Index]() -> const Maptorn::FWorkshopSourcePluginEntry* {
-			const std::vector<Maptorn::FWorkshopSourcePluginEntry>& Current = Controller->GetSourceModRows();
-			return Index < Current.size() ? &Current[Index] : nullptr;
-		};
-		const Maptorn::FSourceModInfo& Mod = Rows[Index].GetModInfo();
-		FString Badges;
-		Badges += Mod.bWindows ? TEXT("PC Compatible  ") : TEXT("");
-		Badges += Mod.bOculus ? TEXT("Android Compatible") : TEXT("");
 		SourceModRows->AddSlot().Padding(2)
 		[
-			SNew(SBorder)
-			.BorderImage(FAppStyle::GetBrush("WhiteBrush"))
-			.BorderBackgroundColor(FAppStyle::GetSlateColor("Colors.Background"))
-			.Padding(4)
-			[
-				SNew(SVerticalBox)
-				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).Font(FAppStyle::GetFontStyle("NormalFontBold")).Text(ToText(Mod.Name))]
-				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).AutoWrapText(true).Text(ToText(Mod.Summary))]
-				+ SVerticalBox::Slot().AutoHeight()[SNew(STextBlock).Text(FText::FromString(Badges))]
-				+ SVerticalBox::Slot().AutoHeight()
-				[
-					SNew(SHorizontalBox)
-					+ SHorizontalBox::Slot().FillWidth(1.0f)
-					[
-						SNew(STextBlock).Text_Lambda([Row] { return Row() ? ToText(Row()->GetStatusText()) : FText::GetEmpty(); })
-					]
-					+ SHorizontalBox::Slot().AutoWidth()
-					[
-						SNew(SButton)
-						.Text(LOCTEXT("AddToProject", "Add to Project"))
-						.IsEnabled_Lambda([Row] { return Row() && Row()->IsButtonEnabled(); })
-						.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnModButtonClicked()); })
-					]
-					+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
-					[
-						SNew(SButton)
-						.Text(LOCTEXT("SourceModioPage", "Modio Page"))
-						.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnOpenModPageClicked()); })
-					]
-				]
-			]
+			SNew(SKelvorWorkshopSourcePluginEntry)
+			.Entry([this, Index]() -> const Maptorn::FWorkshopSourcePluginEntry* {
+				const std::vector<Maptorn::FWorkshopSourcePluginEntry>& Rows = Controller->GetSourceModRows();
+				return Index < Rows.size() ? &Rows[Index] : nullptr;
+			})
 		];
 	}
 }

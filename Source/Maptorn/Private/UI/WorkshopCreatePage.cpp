@@ -31,6 +31,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeCreatePage()
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[
 				SNew(SEditableTextBox)
+				.Text(ToText(Controller->GetModNameBoxText()))
 				.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnModNameTextChanged(MaptornString::ToStd(Text.ToString())); })
 			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)[SNew(STextBlock).Text(LOCTEXT("ModSummary", "Mod Summary (Required)"))]
@@ -38,6 +39,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeCreatePage()
 			[
 				SNew(SEditableTextBox)
 				.HintText(LOCTEXT("SummaryHint", "Max length 250 characters"))
+				.Text(ToText(Controller->GetModSummaryBoxText()))
 				.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnModSummaryTextChanged(MaptornString::ToStd(Text.ToString())); })
 			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)

@@ -3,7 +3,9 @@
 
 #include "UI/KelvorWorkshopWindow.h"
 
+#include "UI/KelvorWorkshopUploadEntry.h"
 #include "UI/SlateValues.h"
+#include "UI/WorkshopStyle.h"
 
 #include "Styling/AppStyle.h"
 #include "Widgets/Images/SImage.h"
@@ -24,8 +26,8 @@ using namespace MaptornSlate;
 
 namespace
 {
-// A check box with its label; the button around it toggles it as well.
-TSharedRef<SWidget> MakePlatformCheck(const FText& Label, TFunction<Maptorn::ECheckBoxState()> State,
+// A check box with its icon and label; the button around it toggles it as well.
+TSharedRef<SWidget> MakePlatformCheck(const FName& Icon, const FText& Label, TFunction<Maptorn::ECheckBoxState()> State,
 	TFunction<void(Maptorn::ECheckBoxState)> OnChanged, TFunction<bool()> OnToggled)
 {
 	return SNew(SButton)
@@ -38,6 +40,7 @@ TSharedRef<SWidget> MakePlatformCheck(const FText& Label, TFunction<Maptorn::ECh
 				.IsChecked_Lambda([State] { return ToSlate(State()); })
 				.OnCheckStateChanged_Lambda([OnChanged](ECheckBoxState NewState) { OnChanged(FromSlate(NewState)); })
 			]
+			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(4, 0, 0, 0)[SNew(SImage).Image(MaptornWorkshopStyle::GetBrush(Icon))]
 			+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)[SNew(STextBlock).Text(Label)]
 		];
 }
@@ -56,6 +59,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeUploadPage()
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[
 				SNew(SEditableTextBox)
+				.Text(ToText(Controller->GetChangeNoteBoxText()))
 				.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnModioNotesTextChanged(MaptornString::ToStd(Text.ToString())); })
 			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
@@ -63,19 +67,19 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeUploadPage()
 				SNew(SHorizontalBox)
 				+ SHorizontalBox::Slot().AutoWidth()
 				[
-					MakePlatformCheck(LOCTEXT("Windows", "Windows"), [&Window] { return Window.IsWindowsBuild(); },
+					MakePlatformCheck(MaptornWorkshopStyle::PCIcon(), LOCTEXT("Windows", "Windows"), [&Window] { return Window.IsWindowsBuild(); },
 						[&Window](Maptorn::ECheckBoxState State) { Window.OnModioBuildWindowsStateChanged(State); },
 						[&Window] { return Window.OnModioBuildWindowsStateChanged(); })
 				]
 				+ SHorizontalBox::Slot().AutoWidth()
 				[
-					MakePlatformCheck(LOCTEXT("Android", "Android"), [&Window] { return Window.IsAndroidBuild(); },
+					MakePlatformCheck(MaptornWorkshopStyle::VeskoIcon(), LOCTEXT("Android", "Android"), [&Window] { return Window.IsAndroidBuild(); },
 						[&Window](Maptorn::ECheckBoxState State) { Window.OnModioBuildAndroidStateChanged(State); },
 						[&Window] { return Window.OnModioBuildAndroidStateChanged(); })
 				]
 				+ SHorizontalBox::Slot().AutoWidth()
 				[
-					MakePlatformCheck(LOCTEXT("ShareAssets", "Share Mod Assets"), [&Window] { return Window.IsSharingSource(); },
+					MakePlatformCheck(MaptornWorkshopStyle::ExportIcon(), LOCTEXT("ShareAssets", "Share Mod Assets"), [&Window] { return Window.IsSharingSource(); },
 						[&Window](Maptorn::ECheckBoxState State) { Window.OnModioBuildSourceStateChanged(State); },
 						[&Window] { return Window.OnModioBuildSourceStateChanged(); })
 				]
@@ -150,40 +154,15 @@ void SKelvorWorkshopWindow::RebuildUploadRows()
 		return;
 	}
 	UploadRows->ClearChildren();
-	const std::vector<Maptorn::FWorkshopUploadEntry>& Rows = Controller->GetUploadRows();
-	for (size_t Index = 0; Index < Rows.size(); ++Index)
+	for (size_t Index = 0; Index < Controller->GetUploadRows().size(); ++Index)
 	{
-		// Rows are looked up again on every use: the controller replaces them when the list changes.
-		auto Row = [this, Index]() -> const Maptorn::FWorkshopUploadEntry* {
-			const std::vector<Maptorn::FWorkshopUploadEntry>& Current = Controller->GetUploadRows();
-			return Index < Current.size() ? &Current[Index] : nullptr;
-		};
 		UploadRows->AddSlot().Padding(2)
 		[
-			SNew(SBorder)
-			.BorderImage(FAppStyle::GetBrush("WhiteBrush"))
-			.BorderBackgroundColor_Lambda([Row] { return Row() ? ToSlate(Row()->GetSelectColor()) : FSlateColor(FLinearColor::Black); })
-			.Padding(4)
-			[
-				SNew(SHorizontalBox)
-				+ SHorizontalBox::Slot().FillWidth(1.0f)
-				[
-					SNew(STextBlock).Font(FAppStyle::GetFontStyle("NormalFontBold")).Text(ToText(Rows[Index].GetModInfo().Name + "  (" + Rows[Index].GetModInfo().PluginName + ")"))
-				]
-				+ SHorizontalBox::Slot().AutoWidth()
-				[
-					SNew(SButton)
-					.Text(LOCTEXT("SelectModButton", "Select Mod"))
-					.IsEnabled_Lambda([Row] { return Row() && Row()->IsButtonEnabled(); })
-					.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnModButtonClicked()); })
-				]
-				+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
-				[
-					SNew(SButton)
-					.Text(LOCTEXT("ModioPage", "Modio Page"))
-					.OnClicked_Lambda([Row] { return Handled(Row() && Row()->OnOpenModPageClicked()); })
-				]
-			]
+			SNew(SKelvorWorkshopUploadEntry)
+			.Entry([this, Index]() -> const Maptorn::FWorkshopUploadEntry* {
+				const std::vector<Maptorn::FWorkshopUploadEntry>& Rows = Controller->GetUploadRows();
+				return Index < Rows.size() ? &Rows[Index] : nullptr;
+			})
 		];
 	}
 }

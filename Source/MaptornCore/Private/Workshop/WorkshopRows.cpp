@@ -1,5 +1,6 @@
 #include "Workshop/WorkshopRows.h"
 
+#include "Common/FileHelper.h"
 #include "Common/StringUtil.h"
 #include "Modio/ModioInterface.h"
 #include "Module/MaptornModule.h"
@@ -18,6 +19,21 @@ void OpenModPage(const std::string& Url)
         Module->GetPlatform().Dialogs.LaunchURL(Url);
     }
 }
+}
+
+std::string WorkshopRowArt::LogoPath(const FSourceModInfo& Mod)
+{
+    return !Mod.ThumbnailPath.empty() && FileSystem::FileExists(Mod.ThumbnailPath) ? Mod.ThumbnailPath : std::string();
+}
+
+EVisibility WorkshopRowArt::PCBadgeVisibility(const FSourceModInfo& Mod)
+{
+    return Mod.bWindows ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+EVisibility WorkshopRowArt::AndroidBadgeVisibility(const FSourceModInfo& Mod)
+{
+    return Mod.bOculus ? EVisibility::Visible : EVisibility::Collapsed;
 }
 
 FWorkshopUploadEntry::FWorkshopUploadEntry(FSourceModInfo InMod, std::weak_ptr<void> InOwner, FOnSelect InOnSelect)
@@ -41,6 +57,21 @@ bool FWorkshopUploadEntry::IsButtonEnabled() const
 {
     const FModioInterface* Client = WorkshopSupport::FindClient();
     return Client && !Client->bIsModioBusy;
+}
+
+std::string FWorkshopUploadEntry::GetLogoPath() const
+{
+    return WorkshopRowArt::LogoPath(Mod);
+}
+
+EVisibility FWorkshopUploadEntry::GetPCBadgeVisibility() const
+{
+    return WorkshopRowArt::PCBadgeVisibility(Mod);
+}
+
+EVisibility FWorkshopUploadEntry::GetAndroidBadgeVisibility() const
+{
+    return WorkshopRowArt::AndroidBadgeVisibility(Mod);
 }
 
 bool FWorkshopUploadEntry::OnModButtonClicked() const
@@ -82,6 +113,21 @@ bool FWorkshopSourcePluginEntry::IsButtonEnabled() const
 {
     return Status == static_cast<uint8>(ESourceModInstallState::NotInstalled) ||
            Status == static_cast<uint8>(ESourceModInstallState::RequiresUpdate);
+}
+
+std::string FWorkshopSourcePluginEntry::GetLogoPath() const
+{
+    return WorkshopRowArt::LogoPath(Mod);
+}
+
+EVisibility FWorkshopSourcePluginEntry::GetPCBadgeVisibility() const
+{
+    return WorkshopRowArt::PCBadgeVisibility(Mod);
+}
+
+EVisibility FWorkshopSourcePluginEntry::GetAndroidBadgeVisibility() const
+{
+    return WorkshopRowArt::AndroidBadgeVisibility(Mod);
 }
 
 bool FWorkshopSourcePluginEntry::OnModButtonClicked() const

@@ -11,6 +11,18 @@
 
 namespace Maptorn
 {
+// What both kinds of row draw for a mod besides its texts.
+namespace WorkshopRowArt
+{
+// The record's thumbnail (the cached logo, or the plug-in's default) while that file exists; empty
+// otherwise, and the row shows its placeholder instead of a brush that would load nothing.
+MAPTORNCORE_API std::string LogoPath(const FSourceModInfo& Mod);
+// "PC Compatible" for a mod built for Windows, "Android Compatible" for one built for the headset;
+// a badge that does not apply gives up its space.
+MAPTORNCORE_API EVisibility PCBadgeVisibility(const FSourceModInfo& Mod);
+MAPTORNCORE_API EVisibility AndroidBadgeVisibility(const FSourceModInfo& Mod);
+}
+
 // One row of the upload page's list: one of the user's own mods. Its button hands the mod id back
 // to the window that built it, and only while that window lives.
 class MAPTORNCORE_API FWorkshopUploadEntry
@@ -26,6 +38,10 @@ public:
     FWorkshopColor GetSelectColor() const;
     // "Select Mod" is usable while a client exists and no mod.io work runs.
     bool IsButtonEnabled() const;
+    // The logo file and platform badges the row draws; see WorkshopRowArt.
+    std::string GetLogoPath() const;
+    EVisibility GetPCBadgeVisibility() const;
+    EVisibility GetAndroidBadgeVisibility() const;
 
     // Both answer handled.
     bool OnModButtonClicked() const;
@@ -54,6 +70,10 @@ public:
     std::string GetStatusText() const;
     // "Add to Project" only offers what is not in the project or is out of date.
     bool IsButtonEnabled() const;
+    // The logo file and platform badges the row draws; see WorkshopRowArt.
+    std::string GetLogoPath() const;
+    EVisibility GetPCBadgeVisibility() const;
+    EVisibility GetAndroidBadgeVisibility() const;
 
     // Both answer handled.
     bool OnModButtonClicked() const;

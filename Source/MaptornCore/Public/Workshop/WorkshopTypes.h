@@ -38,10 +38,12 @@ struct MAPTORNCORE_API FWorkshopColor
     friend bool operator==(const FWorkshopColor&, const FWorkshopColor&) = default;
 };
 
-// The colours of an upload row: pure green when it is the chosen mod, dark grey otherwise.
+// The rows' colours: an upload row is pure green when it is the chosen mod, dark grey otherwise.
 namespace WorkshopColors
 {
 inline constexpr FWorkshopColor SelectedRow{0, 255, 0, 255};
 inline constexpr const char* UnselectedRowHex = "151515FF";
+// The source-plug-in rows' accent: their "Add to Project" button.
+inline constexpr const char* SourceRowAccentHex = "FF601C";
 }
 }

@@ -13,6 +13,13 @@ public:
 	TAttribute() = default;
 	template <typename OtherType, typename = std::enable_if_t<std::is_constructible_v<ObjectType, const OtherType&>>>
 	TAttribute(const OtherType& InInitialValue) : Value(InInitialValue), bIsSet(true) {}
+	// A shared object's const method as the getter; the object is held weakly.
+	template <typename SourceType>
+	TAttribute(SourceType* InUserObject, ObjectType (SourceType::*InMethodPtr)() const)
+		: bIsSet(true)
+		, Getter(FGetter::CreateSP(InUserObject, InMethodPtr))
+	{
+	}
 
 	static TAttribute Create(const FGetter& InGetter)
 	{

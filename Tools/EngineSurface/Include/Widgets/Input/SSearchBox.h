@@ -17,7 +17,7 @@ public:
 	void Construct(const FArguments& InArgs)
 	{
 		SEditableTextBox::FArguments BoxArgs;
-		BoxArgs.OnTextChanged(InArgs._OnTextChanged).HintText(InArgs._HintText);
+		BoxArgs.OnTextChanged(InArgs._OnTextChanged).HintText(InArgs._HintText).Text(InArgs._InitialText);
 		SEditableTextBox::Construct(BoxArgs);
 	}
 };
