@@ -11,7 +11,10 @@ build: setup
 	cmake --preset $(PRESET)
 	cmake --build --preset $(PRESET) -j 2
 
-demo: build
+# The demo needs the tool, the stand-in engine and the sandbox only, not the test suites.
+demo: setup
+	cmake --preset $(PRESET)
+	cmake --build --preset $(PRESET) -j 2 --target maptorn maptorn-standin maptorn-sandbox
 	$(BUILD_DIR)/maptorn demo
 
 test: build
@@ -22,11 +25,13 @@ test-asan:
 
 # Throughput against standard tools, side by side in one run: extraction against unzip, then a
 # 1 GiB mod file downloaded against curl -o and uploaded as form-data against curl -F through a
-# sandbox on loopback (MAPTORN_BENCH_SIZE_MIB=64 for a quick check).
+# sandbox on loopback, and the install of a large plug-in archive (three 200 MiB files and 5,000
+# small ones) against curl -o && unzip -q (MAPTORN_BENCH_SIZE_MIB=64 for a quick check).
 bench: build
 	$(BUILD_DIR)/maptorn-extract-bench
 	$(BUILD_DIR)/maptorn-download-bench
 	$(BUILD_DIR)/maptorn-upload-bench
+	$(BUILD_DIR)/maptorn-install-bench
 
 # The editor plug-in built as far as a machine without the engine can: the editor module against the
 # declared engine surface (Tools/EngineSurface), the core under the engine's flags and for Windows,

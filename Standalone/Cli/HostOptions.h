@@ -23,6 +23,7 @@ struct FHostOptions
     std::string LogFile;
     bool bAssumeYes = false;
     bool bVerbose = false;
+    bool bJson = false;           // --json before the command: the command prints JSON
 };
 
 // One configuration value and where it came from, for `maptorn env`.

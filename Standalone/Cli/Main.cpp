@@ -1,4 +1,5 @@
 #include "Cli/Commands/Commands.h"
+#include "Cli/Interrupt.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,13 +24,25 @@ void AddGlobalOptions(CLI::App& App, FHostOptions& Options)
     App.add_option("--log-file", Options.LogFile, "Also write every log line to this file");
     App.add_flag("--yes,-y", Options.bAssumeYes, "Answer yes to every question");
     App.add_flag("--verbose,-v", Options.bVerbose, "Show progress log lines too, not only warnings and errors");
+    App.add_flag("--json", Options.bJson, "Print the result as JSON (commands that have a result)");
+}
+
+// A command's own --json, or the global one given before the command.
+template <typename FRequest>
+const FRequest& WithJson(FRequest& Request, const FHostOptions& Options)
+{
+    Request.bJson = Request.bJson || Options.bJson;
+    return Request;
 }
 }
 
 int main(int Argc, char** Argv)
 {
+    InstallInterruptHandlers();
     CLI::App App{"maptorn: the Kelvor Workshop from the command line: create, build and publish Kelvor content."};
     App.require_subcommand(1);
+    // Global options may come before or after the command; subcommands inherit this when added.
+    App.fallthrough();
     FHostOptions Options;
     AddGlobalOptions(App, Options);
     const FCommandContext Context{Options, std::cout, std::cerr, std::cin, isatty(STDIN_FILENO) != 0};
@@ -101,7 +114,7 @@ int main(int Argc, char** Argv)
     Browse->add_option("--sort", BrowseRequest.Sort, "popular, subscribers, newest, updated, rating, downloads, name, -name or installed")->capture_default_str();
     Browse->add_option("--page", BrowseRequest.Page, "Page number, from 1")->capture_default_str();
     Browse->add_flag("--json", BrowseRequest.bJson, "Print the page as JSON");
-    Browse->callback([&] { ExitCode = RunBrowse(Context, BrowseRequest); });
+    Browse->callback([&] { ExitCode = RunBrowse(Context, WithJson(BrowseRequest, Options)); });
 
     CLI::App* Login = App.add_subcommand("login", "Log in to mod.io with an e-mail security code");
     std::string LoginEmail, LoginCode;
@@ -112,7 +125,7 @@ int main(int Argc, char** Argv)
     CLI::App* WhoAmI = App.add_subcommand("whoami", "Tell whether the stored mod.io login is still valid");
     bool bWhoAmIJson = false;
     WhoAmI->add_flag("--json", bWhoAmIJson, "Print the answer as JSON");
-    WhoAmI->callback([&] { ExitCode = RunWhoAmI(Context, bWhoAmIJson); });
+    WhoAmI->callback([&] { ExitCode = RunWhoAmI(Context, bWhoAmIJson || Options.bJson); });
 
     CLI::App* Create = App.add_subcommand("create", "Create a mod on mod.io and its plug-in UGC<id> in the project (needs a login)");
     FCreateRequest CreateRequest;
@@ -121,7 +134,7 @@ int main(int Argc, char** Argv)
     Create->add_option("--logo", CreateRequest.LogoPath, "The mod's logo image (default: the workshop's Kelvor thumbnail)");
     Create->add_option("--type", CreateRequest.TypeWord, "What the mod holds: map, mod or gamemode")->capture_default_str();
     Create->add_flag("--json", CreateRequest.bJson, "Print the result as JSON");
-    Create->callback([&] { ExitCode = RunCreate(Context, CreateRequest); });
+    Create->callback([&] { ExitCode = RunCreate(Context, WithJson(CreateRequest, Options)); });
 
     CLI::App* Upload = App.add_subcommand("upload", "Package UGC<modid> and upload one file per platform to mod.io (needs a login)");
     FUploadRequest UploadRequest;
@@ -131,26 +144,26 @@ int main(int Argc, char** Argv)
     Upload->add_flag("--share-source", UploadRequest.bShareSource, "Also share the plug-in's source with other modders (content mods only)");
     Upload->add_option("--changelog", UploadRequest.Changelog, "What changed in this version");
     Upload->add_flag("--json", UploadRequest.bJson, "Print the result as JSON");
-    Upload->callback([&] { ExitCode = RunUpload(Context, UploadRequest); });
+    Upload->callback([&] { ExitCode = RunUpload(Context, WithJson(UploadRequest, Options)); });
 
     CLI::App* Stage = App.add_subcommand("stage", "Package UGC<modid> for Windows and stage it into a local Kelvor install to try it");
     FUploadRequest StageRequest;
     Stage->add_option("modid", StageRequest.ModId, "Your mod's id on mod.io (digits)")->required();
     Stage->add_option("--stage-dir", StageRequest.StageDir, "The Kelvor install folder to stage into")->required();
     Stage->add_flag("--json", StageRequest.bJson, "Print the result as JSON");
-    Stage->callback([&] { ExitCode = RunUpload(Context, StageRequest); });
+    Stage->callback([&] { ExitCode = RunUpload(Context, WithJson(StageRequest, Options)); });
 
     CLI::App* Install = App.add_subcommand("install", "Download a shared source plug-in from mod.io into the project's plug-ins");
     std::string InstallModId;
     Install->add_option("modid", InstallModId, "The source plug-in's mod id on mod.io (digits)")->required();
     bool bInstallJson = false;
     Install->add_flag("--json", bInstallJson, "Print the result as JSON");
-    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId, bInstallJson); });
+    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId, bInstallJson || Options.bJson); });
 
     CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
     bool bModsJson = false;
     Mods->add_flag("--json", bModsJson, "Print the list as JSON");
-    Mods->callback([&] { ExitCode = RunMods(Context, bModsJson); });
+    Mods->callback([&] { ExitCode = RunMods(Context, bModsJson || Options.bJson); });
 
     CLI::App* Sample = App.add_subcommand("sample", "Lay out a sample project and stand-in engine to try the tool on");
     std::string SampleFolder;
@@ -164,7 +177,6 @@ int main(int Argc, char** Argv)
     Demo->add_flag("--keep", bKeep, "Keep the sample afterwards");
     Demo->callback([&] { ExitCode = RunDemo(Context, DemoFolder, bKeep); });
 
-    App.fallthrough();
     try
     {
         App.parse(Argc, Argv);

@@ -3,17 +3,22 @@
 #include "Common/CoreTypes.h"
 
 #include <chrono>
+#include <functional>
 #include <iosfwd>
 #include <string>
 
 namespace Maptorn::Cli
 {
 // One live progress line for long work: rewritten in place on a terminal; elsewhere (logs, CI)
-// printed as plain lines, once per step and every tenth of the way.
+// printed as whole lines, never a carriage return: at each step's start, every tenth of the way
+// and at least every 5 seconds while the work goes on.
 class FProgressLine
 {
 public:
-    FProgressLine(std::ostream& InOut, bool bInTerminal);
+    using FClock = std::chrono::steady_clock;
+
+    // Now answers the time; the steady clock when empty (tests hand in their own).
+    FProgressLine(std::ostream& InOut, bool bInTerminal, std::function<FClock::time_point()> InNow = {});
     ~FProgressLine();
 
     // Step names the work ("Uploading 1/5", "Downloading UGC1006"); Fraction is 0..1. With bytes
@@ -22,14 +27,18 @@ public:
     // Ends the line in place (a terminal needs its newline).
     void End();
 
+    static constexpr std::chrono::seconds PlainLineInterval{5};
+
 private:
-    using FClock = std::chrono::steady_clock;
+    FClock::time_point Now() const { return NowFunction ? NowFunction() : FClock::now(); }
 
     std::ostream& Out;
+    std::function<FClock::time_point()> NowFunction;
     bool bTerminal = false;
     bool bShown = false;
     std::string LastStep;
     int LastTenth = -1;
-    FClock::time_point StepStarted = FClock::now();
+    FClock::time_point StepStarted;
+    FClock::time_point LastPlainLine;
 };
 }

@@ -1,9 +1,15 @@
 #include "Cli/WorkshopRun.h"
 
+#include "Cli/Interrupt.h"
 #include "Common/FileHelper.h"
+#include "Common/Paths.h"
 
 #include <chrono>
+#include <cstdio>
+#include <iostream>
 #include <thread>
+#include <vector>
+#include <unistd.h>
 
 namespace Maptorn::Cli
 {
@@ -72,12 +78,73 @@ void FWorkshopRun::TickUntil(const std::function<bool()>& Done, const std::funct
         {
             OnFrame();
         }
+        if (IsInterruptRequested())
+        {
+            StopForInterrupt();
+        }
         if (Done())
         {
             return;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(16));
     } while (true);
+}
+
+void FWorkshopRun::StopForInterrupt()
+{
+    std::vector<std::string> Leftovers;
+    const std::string SavedDir = Paths::ConvertRelativePathToFull(Host->Engine.GetBaseDir(), Host->Engine.ProjectSavedDir());
+    Leftovers.push_back(Paths::Combine(SavedDir, "modio_upload.tmp"));
+    if (Module && Module->ModioClient)
+    {
+        FModioInterface& Client = *Module->ModioClient;
+        if (Client.ActiveDownload)
+        {
+            Leftovers.push_back(Client.ActiveDownload->ArchivePath());
+            Leftovers.push_back(Client.ActiveDownload->ExtractFolder());
+        }
+        Client.CancelDownloads();
+        // An extraction under way finishes before its folder can go; the tick then ends the download.
+        while (Client.ActiveDownload)
+        {
+            Host->Tasks.PumpGameThread();
+            Module->Tick(1.0f / 60.0f);
+            std::this_thread::sleep_for(std::chrono::milliseconds(16));
+        }
+    }
+    // Packaging and cooking run child processes on workers that use the module: their own end is
+    // awaited (only their completions run, so no upload starts in the meantime).
+    while (Module && Module->bBusy)
+    {
+        Host->Tasks.PumpGameThread();
+        std::this_thread::sleep_for(std::chrono::milliseconds(16));
+    }
+    // The module shuts down as at a normal end; the session and the HTTP thread go with the host,
+    // which removes an upload's temporary files and lets no transfer write after this.
+    Controller.reset();
+    if (Module)
+    {
+        Module->ShutdownModule();
+        if (Host->Platform.ModioSession)
+        {
+            Host->Platform.ModioSession->RunPendingHandlers();
+        }
+        if (PreviousSteamAppIdFile)
+        {
+            FileHelper::SaveBytesToFile(reinterpret_cast<const uint8*>(PreviousSteamAppIdFile->data()), PreviousSteamAppIdFile->size(),
+                FMaptornModule::SteamAppIdFile);
+        }
+        Module.reset();
+    }
+    Host.reset();
+    for (const std::string& Path : Leftovers)
+    {
+        FileSystem::DeleteFile(Path);
+        FileSystem::DeleteDirectoryRecursively(Path);
+    }
+    std::cout.flush();
+    std::cerr << "Interrupted: the work was stopped and its temporary files removed; the project's plug-ins are as they were." << std::endl;
+    _exit(ExitInterrupted);
 }
 
 void FWorkshopRun::WaitForModio()

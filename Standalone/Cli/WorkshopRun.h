@@ -52,6 +52,9 @@ public:
 
 private:
     FWorkshopRun() = default;
+    // After SIGINT or SIGTERM: cancels the work through the core, removes its temporary files,
+    // shuts down as the destructor does and ends the process with ExitInterrupted.
+    [[noreturn]] void StopForInterrupt();
 
     std::optional<std::string> PreviousSteamAppIdFile;
 };

@@ -160,7 +160,7 @@ void FCurlHttpRequest::DeliverProgress(int64 BytesSent, int64 BytesReceived)
     }
 }
 
-void FCurlHttpRequest::DeliverCompletion(FHttpResponsePtr InResponse, bool bConnectedSuccessfully)
+void FCurlHttpRequest::DeliverCompletion(FHttpResponsePtr InResponse, bool bConnectedSuccessfully, std::string Reason)
 {
     if (bCompleted)
     {
@@ -171,6 +171,7 @@ void FCurlHttpRequest::DeliverCompletion(FHttpResponsePtr InResponse, bool bConn
     const bool bSucceeded = bConnectedSuccessfully && !bCancelRequested && InResponse != nullptr;
     Response = bSucceeded ? std::move(InResponse) : nullptr;
     Status = bSucceeded ? EHttpRequestStatus::Succeeded : EHttpRequestStatus::Failed;
+    FailureReason = bSucceeded ? std::string() : bCancelRequested ? std::string("cancelled") : std::move(Reason);
 
     // Dropped once run, so a delegate holding its own request does not keep it alive.
     FHttpRequestCompleteDelegate Complete = std::move(CompleteDelegate);

@@ -42,11 +42,12 @@ public:
 
     bool ProcessRequest() override;
     void CancelRequest() override;
+    std::string GetFailureReason() const override { return FailureReason; }
 
     // Game thread, posted by the transfer.
     void DeliverHeader(const std::string& Name, const std::string& Value);
     void DeliverProgress(int64 BytesSent, int64 BytesReceived);
-    void DeliverCompletion(FHttpResponsePtr Response, bool bConnectedSuccessfully);
+    void DeliverCompletion(FHttpResponsePtr Response, bool bConnectedSuccessfully, std::string Reason = {});
     // I/O thread: the adapter went away before this request finished.
     void MarkAbandoned();
 
@@ -62,6 +63,7 @@ private:
 
     std::atomic<EHttpRequestStatus> Status = EHttpRequestStatus::NotStarted;
     FHttpResponsePtr Response;
+    std::string FailureReason;
     uint64 TransferId = 0;
     bool bStarted = false;
     bool bCancelRequested = false;

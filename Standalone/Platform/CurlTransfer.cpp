@@ -301,6 +301,72 @@ void FCurlTransfer::PostProgress(bool bFinal)
     Delivery.Post([Request = Request, Sent, Received] { Request->DeliverProgress(Sent, Received); });
 }
 
+namespace
+{
+// 1234567 → "1,234,567".
+std::string WithThousands(curl_off_t Value)
+{
+    std::string Digits = std::to_string(Value);
+    for (int Index = static_cast<int>(Digits.size()) - 3; Index > 0 && Digits[Index - 1] != '-'; Index -= 3)
+    {
+        Digits.insert(static_cast<std::size_t>(Index), ",");
+    }
+    return Digits;
+}
+
+std::string HostAndPort(const std::string& Url)
+{
+    std::string Result = Url;
+    if (CURLU* Parsed = curl_url())
+    {
+        char* Host = nullptr;
+        char* Port = nullptr;
+        if (curl_url_set(Parsed, CURLUPART_URL, Url.c_str(), 0) == CURLUE_OK && curl_url_get(Parsed, CURLUPART_HOST, &Host, 0) == CURLUE_OK &&
+            curl_url_get(Parsed, CURLUPART_PORT, &Port, CURLU_DEFAULT_PORT) == CURLUE_OK)
+        {
+            Result = std::string(Host) + ":" + Port;
+        }
+        curl_free(Host);
+        curl_free(Port);
+        curl_url_cleanup(Parsed);
+    }
+    return Result;
+}
+}
+
+// Says what happened in the words a modder reads, not curl's code.
+std::string FCurlTransfer::DescribeFailure(CURLcode Result) const
+{
+    if (!Easy)
+    {
+        return curl_easy_strerror(Result);
+    }
+    curl_off_t Expected = -1;
+    curl_off_t Received = 0;
+    curl_easy_getinfo(Easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &Expected);
+    curl_easy_getinfo(Easy, CURLINFO_SIZE_DOWNLOAD_T, &Received);
+    switch (Result)
+    {
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return "could not connect to " + HostAndPort(Setup.Url);
+    case CURLE_PARTIAL_FILE:
+    case CURLE_RECV_ERROR:
+    case CURLE_GOT_NOTHING:
+        if (Expected > 0)
+        {
+            return "the server closed the connection after " + WithThousands(Received) + " of " + WithThousands(Expected) + " bytes";
+        }
+        return "the server closed the connection after " + WithThousands(Received) + " bytes";
+    case CURLE_OPERATION_TIMEDOUT:
+        return "the server stopped answering (timed out after " + WithThousands(Received) + " bytes)";
+    case CURLE_ABORTED_BY_CALLBACK:
+        return "cancelled";
+    default:
+        return curl_easy_strerror(Result);
+    }
+}
+
 long FCurlTransfer::ResponseCode() const
 {
     long Code = 0;
@@ -332,8 +398,13 @@ void FCurlTransfer::Finish(CURLcode Result)
             static_cast<int32>(Code), std::move(ResponseHeaders), std::move(ResponseContent), BytesReceived);
     }
     ResponseContent = {};
-    Delivery.Post([Request = Request, Response = std::move(Response), bConnectedSuccessfully] {
-        Request->DeliverCompletion(Response, bConnectedSuccessfully);
+    std::string Reason;
+    if (!bConnectedSuccessfully)
+    {
+        Reason = Result != CURLE_OK ? DescribeFailure(Result) : "the response could not be written to " + Setup.ResponseBodyFile;
+    }
+    Delivery.Post([Request = Request, Response = std::move(Response), bConnectedSuccessfully, Reason = std::move(Reason)]() mutable {
+        Request->DeliverCompletion(Response, bConnectedSuccessfully, std::move(Reason));
     });
 }
 

@@ -74,6 +74,7 @@ private:
     bool OpenResponseBodyFile();
     void PostProgress(bool bFinal);
     long ResponseCode() const;
+    std::string DescribeFailure(CURLcode Result) const;
     int64 ContentLength() const;
 
     std::shared_ptr<FCurlHttpRequest> Request;

@@ -65,3 +65,46 @@ TEST(FormDataBody, AMissingFileOrAnUnwritableBodyIsReported)
     EXPECT_EQ(WriteFormDataBody({"1", "", "windows", false, ""}, "", Temp.Dir() + "no/such/folder/body.tmp", Buffer, Size),
         EFormDataBodyError::BodyNotWritable);
 }
+
+TEST(FormDataBody, AFileOnAnotherFileSystemMakesTheSameBodyAndACancelStopsTheCopy)
+{
+    FTempDir Temp;
+    std::string Bytes(300000, '\0');
+    for (std::size_t Index = 0; Index < Bytes.size(); ++Index)
+    {
+        Bytes[Index] = static_cast<char>((Index * 7) % 251);
+    }
+    // The kernel's copy within one file system; /dev/shm, where present, is another one, whose
+    // copy may fall back to reading and writing.
+    std::vector<std::filesystem::path> Sources = {Temp.Path() / "UGC12.zip"};
+    const std::filesystem::path Shm = "/dev/shm/maptorn-body-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + ".zip";
+    std::error_code Error;
+    if (std::filesystem::is_directory("/dev/shm", Error))
+    {
+        Sources.push_back(Shm);
+    }
+    std::vector<std::string> Bodies;
+    for (const std::filesystem::path& Source : Sources)
+    {
+        WriteTextFile(Source, Bytes);
+        std::vector<uint8> Buffer;
+        int64 Size = 0;
+        ASSERT_EQ(WriteFormDataBody({"4", "", "windows", true, "UGC12.zip"}, Source.string(), Temp.Dir() + "body.tmp", Buffer, Size, 65536),
+            EFormDataBodyError::None);
+        Bodies.push_back(ReadTextFile(Temp.Path() / "body.tmp"));
+        EXPECT_EQ(Size, static_cast<int64>(Bodies.back().size()));
+    }
+    std::filesystem::remove(Shm, Error);
+    EXPECT_EQ(Bodies.front().size(), MakeFormDataHead({"4", "", "windows", true, "UGC12.zip"}).size() + Bytes.size() + MakeFormDataTail().size());
+    EXPECT_NE(Bodies.front().find(Bytes), std::string::npos);
+    for (const std::string& Body : Bodies)
+    {
+        EXPECT_EQ(Body, Bodies.front());
+    }
+
+    const std::atomic<bool> bCancelled = true;
+    std::vector<uint8> Buffer;
+    int64 Size = 0;
+    EXPECT_EQ(WriteBodyAroundFile("head", Sources.front().string(), "tail", Temp.Dir() + "cancelled.tmp", Buffer, Size, 65536, &bCancelled),
+        EFormDataBodyError::Cancelled);
+}

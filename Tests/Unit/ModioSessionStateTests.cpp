@@ -168,11 +168,17 @@ TEST_F(ModioSessionState, VerificationHoldsTheBusyFlagUntilItsAnswer)
     EXPECT_TRUE(Fakes.Dialogs.MessageBoxes.empty()) << "logged out at start-up is normal";
 }
 
-TEST_F(ModioSessionState, ShutDownWritesItsLineEvenOnSuccess)
+TEST_F(ModioSessionState, ShutDownWritesItsErrorLineOnlyWhenItFailed)
 {
     Client.Shutdown();
     Pump();
-    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Error Shutdown Modio SDK, the error code was "));
+    EXPECT_EQ(Fakes.Log.CountMessage("Error Shutdown Modio SDK, the error code was "), 0) << "nothing failed";
+
+    FModioInterface Failing(Platform, FMaptornConfig{"", "https://g-7.modapi.io", 7, "KEY"});
+    Fakes.Session.NextResult = {21000, "SDK not initialised"};
+    Failing.Shutdown();
+    Pump();
+    EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Log, "Error Shutdown Modio SDK, the error code was SDK not initialised"));
 }
 
 TEST_F(ModioSessionState, WithoutASessionEveryOperationIsSilent)

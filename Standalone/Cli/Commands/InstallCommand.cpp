@@ -70,8 +70,10 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
     Progress.End();
     if (Client.FinishedDownloads.count(ModId) == 0)
     {
-        return Fail(Context, ExitFailed, "The download or install of " + Record->PluginName + " failed (run with --verbose for the log). "
-            "The project's plug-ins are as they were.");
+        // What the connection did, when the download itself failed.
+        const std::optional<std::string> Why = Run->RecentMessage("[MOD] Failed to download mod " + Record->PluginName + ": ");
+        return Fail(Context, ExitFailed, "The download or install of " + Record->PluginName + " failed" + (Why ? ": " + *Why : std::string()) +
+            " (run with --verbose for the log). The project's plug-ins are as they were.");
     }
     const std::string PluginDir =
         Paths::Combine(Paths::ConvertRelativePathToFull(Run->Host->Engine.GetBaseDir(), Run->Host->Engine.ProjectPluginsDir()), Record->PluginName);

@@ -31,6 +31,16 @@ void FModioInterface::QueueDownload(const FSourceModInfo& Mod)
     StartDownload(Mod);
 }
 
+void FModioInterface::CancelDownloads()
+{
+    DownloadQueue.clear();
+    DownloadsRemaining = 0;
+    if (ActiveDownload)
+    {
+        ActiveDownload->Cancel();
+    }
+}
+
 void FModioInterface::StartDownload(const FSourceModInfo& Mod)
 {
     const std::string ModId = StartsWithIgnoreCase(Mod.PluginName, "UGC") ? Mod.PluginName.substr(3) : Mod.PluginName;

@@ -185,8 +185,12 @@ void FModioInterface::Shutdown()
     // The client may be gone when the completion runs: capture only the log.
     IMaptornLog& Log = Platform.Log;
     Session->ShutdownAsync([&Log](FModioErrorCode ErrorCode) {
-        Log.Log(LogCategory::LogTemp, ELogVerbosity::Log,
-            Printf("Error Shutdown Modio SDK, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        // Only a shut-down that failed has an error to tell.
+        if (ErrorCode)
+        {
+            Log.Log(LogCategory::LogTemp, ELogVerbosity::Log,
+                Printf("Error Shutdown Modio SDK, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+        }
     });
 }
 }

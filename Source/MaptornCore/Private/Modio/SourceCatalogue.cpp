@@ -146,13 +146,13 @@ void FModioInterface::FetchSourceMod(const std::string& ModId, FOnSourceModFetch
         return OnDone(false, {}, "mod.io could not be reached");
     }
     std::weak_ptr<bool> Alive = AliveToken;
-    Request->OnProcessRequestComplete() = [this, Alive, OnDone, ModId](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+    Request->OnProcessRequestComplete() = [this, Alive, OnDone, ModId](FHttpRequestPtr Done, FHttpResponsePtr Response, bool bConnected) {
         if (Alive.expired())
         {
             return;
         }
         FSourceModList Page;
-        std::string Error = AnswerError(Response, bConnected);
+        std::string Error = AnswerError(Response, bConnected, Done && !bConnected ? Done->GetFailureReason() : std::string());
         if (Error.empty() && !ReadSourceModList(Platform, *this, Response->GetContentAsString(), Page))
         {
             Error = "mod.io's answer is not a list of mods";
@@ -178,11 +178,11 @@ void FModioInterface::FetchSourceMod(const std::string& ModId, FOnSourceModFetch
     }
 }
 
-std::string FModioInterface::AnswerError(const FHttpResponsePtr& Response, bool bConnected)
+std::string FModioInterface::AnswerError(const FHttpResponsePtr& Response, bool bConnected, const std::string& FailureReason)
 {
     if (!bConnected || !Response)
     {
-        return "mod.io could not be reached";
+        return FailureReason.empty() ? std::string("mod.io could not be reached") : "mod.io could not be reached: " + FailureReason;
     }
     const int32 Status = Response->GetResponseCode();
     return Status >= 200 && Status < 300 ? std::string() : DescribeErrorAnswer(Status, Response->GetContentAsString());

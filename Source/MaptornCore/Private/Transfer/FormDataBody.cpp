@@ -7,6 +7,12 @@
 #include <algorithm>
 #include <fstream>
 
+#if defined(__linux__)
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 namespace Maptorn
 {
 namespace
@@ -39,6 +45,133 @@ std::string MakeFormDataTail()
     return Printf("\r\n--%s--\r\n", FormDataBoundary);
 }
 
+#if defined(__linux__)
+namespace
+{
+class FDescriptor
+{
+public:
+    explicit FDescriptor(int InValue) : Value(InValue) {}
+    ~FDescriptor() { Close(); }
+    FDescriptor(const FDescriptor&) = delete;
+    FDescriptor& operator=(const FDescriptor&) = delete;
+    bool Close()
+    {
+        const bool bClosed = Value < 0 || ::close(Value) == 0;
+        Value = -1;
+        return bClosed;
+    }
+    int Value = -1;
+};
+
+bool WriteAll(int Fd, const char* Data, std::size_t Size)
+{
+    while (Size > 0)
+    {
+        const ssize_t Written = ::write(Fd, Data, Size);
+        if (Written < 0 && errno == EINTR)
+        {
+            continue;
+        }
+        if (Written <= 0)
+        {
+            return false;
+        }
+        Data += Written;
+        Size -= static_cast<std::size_t>(Written);
+    }
+    return true;
+}
+
+// Copies Size bytes from Source into Body. The kernel copies without a pass through this process
+// (and shares the blocks where the file system can); across file systems, or on a kernel or file
+// system without copy_file_range, the bytes go through PartBuffer in pieces of ChunkSize.
+EFormDataBodyError CopyFileInto(int Source, int Body, int64 Size, std::vector<uint8>& PartBuffer, int64 ChunkSize,
+    const std::atomic<bool>* bCancelled)
+{
+    int64 Copied = 0;
+    bool bKernelCopy = true;
+    while (Copied < Size)
+    {
+        if (bCancelled && bCancelled->load())
+        {
+            return EFormDataBodyError::Cancelled;
+        }
+        const int64 Piece = std::min(ChunkSize, Size - Copied);
+        if (bKernelCopy)
+        {
+            loff_t From = Copied;
+            const ssize_t Moved = ::copy_file_range(Source, &From, Body, nullptr, static_cast<std::size_t>(Piece), 0);
+            if (Moved > 0)
+            {
+                Copied += Moved;
+                continue;
+            }
+            if (Moved < 0 && errno == EINTR)
+            {
+                continue;
+            }
+            if (Moved == 0)
+            {
+                break; // the file is shorter than it was
+            }
+            if (errno != EXDEV && errno != ENOSYS && errno != EINVAL && errno != EOPNOTSUPP && errno != EPERM)
+            {
+                return EFormDataBodyError::BodyNotWritable;
+            }
+            bKernelCopy = false;
+        }
+        PartBuffer.resize(static_cast<std::size_t>(Piece));
+        const ssize_t Read = ::pread(Source, PartBuffer.data(), static_cast<std::size_t>(Piece), Copied);
+        if (Read < 0 && errno == EINTR)
+        {
+            continue;
+        }
+        if (Read <= 0)
+        {
+            break;
+        }
+        if (!WriteAll(Body, reinterpret_cast<const char*>(PartBuffer.data()), static_cast<std::size_t>(Read)))
+        {
+            return EFormDataBodyError::BodyNotWritable;
+        }
+        Copied += Read;
+    }
+    return Copied == Size ? EFormDataBodyError::None : EFormDataBodyError::ShortRead;
+}
+}
+
+EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
+    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
+{
+    OutBodySize = 0;
+    FDescriptor Body(::open(NativePath::FromUtf8(BodyFile).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    if (Body.Value < 0 || !WriteAll(Body.Value, Head.data(), Head.size()))
+    {
+        return EFormDataBodyError::BodyNotWritable;
+    }
+    if (SourceFile)
+    {
+        FDescriptor Source(::open(NativePath::FromUtf8(*SourceFile).c_str(), O_RDONLY | O_CLOEXEC));
+        const int64 FileSize = FileSystem::FileSize(*SourceFile);
+        if (Source.Value < 0 || FileSize < 0)
+        {
+            return EFormDataBodyError::FileNotReadable;
+        }
+        if (const EFormDataBodyError Error = CopyFileInto(Source.Value, Body.Value, FileSize, PartBuffer, ChunkSize, bCancelled);
+            Error != EFormDataBodyError::None)
+        {
+            return Error;
+        }
+    }
+    if (!WriteAll(Body.Value, Tail.data(), Tail.size()) || !Body.Close())
+    {
+        return EFormDataBodyError::BodyNotWritable;
+    }
+    OutBodySize = FileSystem::FileSize(BodyFile);
+    return EFormDataBodyError::None;
+}
+#else
 EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
     const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
 {
@@ -90,6 +223,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
     OutBodySize = FileSystem::FileSize(BodyFile);
     return EFormDataBodyError::None;
 }
+#endif
 
 EFormDataBodyError WriteFormDataBody(const FFormDataFields& Fields, const std::string& SourceFile, const std::string& BodyFile,
     std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize)

@@ -3,79 +3,11 @@
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
 #include "Modio/SourceModReader.h"
+#include "Transfer/PluginFolderMove.h"
 #include "Transfer/PluginModDownload.h"
-
-#include <filesystem>
-
-namespace fs = std::filesystem;
 
 namespace Maptorn
 {
-namespace
-{
-bool CopyTree(const std::string& From, const std::string& To)
-{
-    std::error_code Error;
-    fs::copy(NativePath::FromUtf8(From), NativePath::FromUtf8(To), fs::copy_options::recursive | fs::copy_options::overwrite_existing, Error);
-    return !Error;
-}
-
-// Renames, or copies and deletes when the two folders are on different devices.
-bool RenameFolder(const std::string& From, const std::string& To)
-{
-    std::error_code Error;
-    fs::rename(NativePath::FromUtf8(From), NativePath::FromUtf8(To), Error);
-    if (!Error)
-    {
-        return true;
-    }
-    if (CopyTree(From, To))
-    {
-        FileSystem::DeleteDirectoryRecursively(From);
-        return true;
-    }
-    FileSystem::DeleteDirectoryRecursively(To);
-    return false;
-}
-
-// Replaces Target with a copy of Source so that, whatever fails, Target is either the old
-// plug-in or the new one, complete. The copies are made beside the downloads, outside the
-// plug-ins folder, so the engine never sees two plug-ins of one name.
-bool ReplacePlugin(IMaptornLog& Log, const std::string& Name, const std::string& Source, const std::string& Target, const std::string& WorkFolder)
-{
-    const std::string Incoming = Paths::Combine(WorkFolder, Name + ".incoming");
-    const std::string Previous = Paths::Combine(WorkFolder, Name + ".previous");
-    FileSystem::DeleteDirectoryRecursively(Incoming);
-    FileSystem::DeleteDirectoryRecursively(Previous);
-    FileSystem::CreateDirectoryTree(WorkFolder);
-    if (!CopyTree(Source, Incoming))
-    {
-        Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to move plugin %s", Name.c_str()));
-        FileSystem::DeleteDirectoryRecursively(Incoming);
-        return false;
-    }
-    const bool bHadPlugin = FileSystem::DirectoryExists(Target);
-    if (bHadPlugin && !RenameFolder(Target, Previous))
-    {
-        Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to delete plugin %s prior to moving downloaded plugin", Name.c_str()));
-        FileSystem::DeleteDirectoryRecursively(Incoming);
-        return false;
-    }
-    if (!RenameFolder(Incoming, Target))
-    {
-        Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to move plugin %s", Name.c_str()));
-        if (bHadPlugin)
-        {
-            RenameFolder(Previous, Target);
-        }
-        FileSystem::DeleteDirectoryRecursively(Incoming);
-        return false;
-    }
-    FileSystem::DeleteDirectoryRecursively(Previous);
-    return true;
-}
-}
-
 void FPluginModDownload::ExtractDownload()
 {
     Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Mod %s extracting", ModName.c_str()));
@@ -96,6 +28,12 @@ void FPluginModDownload::Update()
 {
     if (State == EPluginDownloadState::Extracting && ExtractTask && ExtractTask->IsWorkDone())
     {
+        if (bCancelRequested)
+        {
+            // The worker has let go of the archive and the folder: both can go now.
+            RemoveDownloadedFiles();
+            return Fail();
+        }
         State = EPluginDownloadState::Installing;
         InstallPlugin();
     }
@@ -125,7 +63,7 @@ void FPluginModDownload::InstallPlugin()
         {
             continue;
         }
-        if (ReplacePlugin(Platform.Log, Name, Entry.Path, Paths::Combine(PluginsDir, Name), WorkFolder))
+        if (PluginFolders::ReplacePlugin(Platform.Log, Name, Entry.Path, Paths::Combine(PluginsDir, Name), WorkFolder, RenameFolder))
         {
             ++Installed;
         }

@@ -114,14 +114,17 @@ void FPluginModDownload::Download()
             Download->OnChunkProgress(BytesReceived);
         }
     };
-    Request->OnProcessRequestComplete() = [Self](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+    Request->OnProcessRequestComplete() = [Self](FHttpRequestPtr Done, FHttpResponsePtr Response, bool bConnected) {
         if (auto Download = Self.lock())
         {
-            Download->OnChunkComplete(Response, bConnected);
+            Download->ChunkRequest.reset();
+            Download->OnChunkComplete(Response, bConnected, Done && !bConnected ? Done->GetFailureReason() : std::string());
         }
     };
+    ChunkRequest = Request;
     if (!Request->ProcessRequest())
     {
+        ChunkRequest.reset();
         OnChunkComplete(nullptr, false);
     }
 }
@@ -148,12 +151,21 @@ void FPluginModDownload::OnChunkProgress(int64 BytesReceived)
     Progress = TotalBytes > 0 ? static_cast<float>(static_cast<double>(ReceivedBytes) / static_cast<double>(TotalBytes)) : 0.0f;
 }
 
-void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnected)
+void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnected, const std::string& FailureReason)
 {
+    if (bCancelRequested)
+    {
+        return;
+    }
     const int32 Code = Response ? Response->GetResponseCode() : 0;
     if (!bConnected || !Response || (Code != 200 && Code != 206))
     {
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s http response code %d", ModName.c_str(), Code));
+        // Without an answer the code is 0 and tells nothing: say what the connection did.
+        if (!FailureReason.empty())
+        {
+            Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s: %s", ModName.c_str(), FailureReason.c_str()));
+        }
         return Fail();
     }
     int64 Last = 0;
@@ -182,6 +194,33 @@ void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnec
 void FPluginModDownload::Fail()
 {
     State = EPluginDownloadState::Failed;
+}
+
+void FPluginModDownload::Cancel()
+{
+    if (bCancelRequested || State == EPluginDownloadState::Complete || State == EPluginDownloadState::Failed ||
+        State == EPluginDownloadState::Installing)
+    {
+        return;
+    }
+    bCancelRequested = true;
+    Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Mod %s download cancelled", ModName.c_str()));
+    if (FHttpRequestPtr Request = std::move(ChunkRequest))
+    {
+        Request->OnProcessRequestComplete() = nullptr;
+        Request->CancelRequest();
+    }
+    if (State == EPluginDownloadState::Downloading)
+    {
+        RemoveDownloadedFiles();
+        Fail();
+    }
+}
+
+void FPluginModDownload::RemoveDownloadedFiles()
+{
+    FileSystem::DeleteFile(ArchivePath());
+    FileSystem::DeleteDirectoryRecursively(ExtractFolder());
 }
 
 void FPluginModDownload::GetProgressBytes(int64& OutReceived, int64& OutTotal) const

@@ -87,6 +87,8 @@ public:
     void FetchSourceMod(const std::string& ModId, FOnSourceModFetched OnDone);
     // Starts the download of a catalogue record now, or queues it behind the running one.
     void QueueDownload(const FSourceModInfo& Mod);
+    // Drops the queued downloads and cancels the active one; the tick then ends it as failed.
+    void CancelDownloads();
     void StartDownload(const FSourceModInfo& Mod);
     // The own-mod row of a mod id (its plug-in name is "UGC<id>", compared ignoring case).
     const FSourceModInfo* FindOwnMod(const std::string& ModId) const;
@@ -203,7 +205,8 @@ private:
     void KeepOwnMod(FSourceModInfo Info);
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
     // Empty for a 2xx answer; else what went wrong, with mod.io's message and ref.
-    static std::string AnswerError(const FHttpResponsePtr& Response, bool bConnected);
+    // FailureReason: what the transport says happened when there was no answer.
+    static std::string AnswerError(const FHttpResponsePtr& Response, bool bConnected, const std::string& FailureReason = {});
     void FetchMissingThumbnails();
 
     // Requests outlive nothing: their handlers check this before touching the client.

@@ -77,6 +77,9 @@ public:
     // Starts the transfer without blocking; false when it cannot be started.
     virtual bool ProcessRequest() = 0;
     virtual void CancelRequest() = 0;
+    // After a failed transfer, what happened in a few words ("could not connect to 127.0.0.1:9");
+    // empty when the host cannot tell.
+    virtual std::string GetFailureReason() const { return {}; }
 };
 
 // Stands for FHttpModule.

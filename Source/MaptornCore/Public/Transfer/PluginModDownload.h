@@ -2,6 +2,7 @@
 
 #include "Common/CoreTypes.h"
 #include "Platform/MaptornPlatform.h"
+#include "Transfer/PluginFolderMove.h"
 
 #include <atomic>
 #include <memory>
@@ -35,6 +36,11 @@ public:
     void Update();
     void ExtractDownload();
     void InstallPlugin();
+    // Stops the download and removes what it wrote (the partial archive, the unpacked folder); the
+    // project's plug-ins stay as they were. An extraction under way is let finish first, so the
+    // state turns Failed in a later Update. A download already installing or done is left alone.
+    void Cancel();
+    bool IsCancelled() const { return bCancelRequested; }
 
     EPluginDownloadState GetState() const { return State; }
     float GetProgress() const { return Progress; }
@@ -57,14 +63,19 @@ public:
     float Progress = 0.0f;
     EPluginDownloadState State = EPluginDownloadState::Downloading;
     std::shared_ptr<ITaskHandle> ExtractTask;
+    // How unpacked folders are renamed into the project; empty for the file system's own rename.
+    PluginFolders::FRenameStep RenameFolder;
 
 private:
     void OnHeader(const std::string& Name, const std::string& Value);
     void OnChunkProgress(int64 BytesReceived);
-    void OnChunkComplete(FHttpResponsePtr Response, bool bConnected);
+    void OnChunkComplete(FHttpResponsePtr Response, bool bConnected, const std::string& FailureReason = {});
     void Fail();
+    void RemoveDownloadedFiles();
 
     FMaptornPlatform& Platform;
+    FHttpRequestPtr ChunkRequest;
+    bool bCancelRequested = false;
     // Written by the extraction worker, read by Update once the task is done.
     std::shared_ptr<std::atomic<bool>> bExtracted = std::make_shared<std::atomic<bool>>(false);
     std::shared_ptr<std::string> ExtractError = std::make_shared<std::string>();
