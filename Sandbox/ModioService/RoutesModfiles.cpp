@@ -121,7 +121,15 @@ FReply CommitModfile(FRouteContext& Context, FStoredMod& Mod, const FIncomingMod
     }
     if (!Incoming.SessionBlob.empty())
     {
-        State.Store.Sessions.erase(Context.Body.Value("upload_id"));
+        const auto Session = State.Store.Sessions.find(Context.Body.Value("upload_id"));
+        if (Session != State.Store.Sessions.end())
+        {
+            if (!Session->second.Nonce.empty())
+            {
+                State.Store.SpentNonces.insert(std::to_string(Mod.Id) + ":" + Session->second.Nonce);
+            }
+            State.Store.Sessions.erase(Session);
+        }
     }
     bool bActive = true;
     ReadFlag(Context.Body, "active", bActive);

@@ -57,19 +57,20 @@ FReply CreateSession(FRouteContext& Context)
     }
     // The same nonce finds the session it opened before, so that a retried create is harmless;
     // once that session has completed, the nonce is spent (Create Multipart Upload Session: 29002).
+    const FApiError Spent = MakeError(400, ErrorRef::NonceOfCompletedSession,
+        "The nonce you provided was already associated with a completed upload session. If you wish to start a new upload "
+        "you should regenerate the nonce parameter.");
+    if (!Nonce.empty() && Context.State.Store.SpentNonces.count(std::to_string(Mod->Id) + ":" + Nonce))
+    {
+        return FReply::Error(Spent);
+    }
     for (const auto& [UploadId, Existing] : Context.State.Store.Sessions)
     {
         if (Nonce.empty() || Existing.ModId != Mod->Id || Existing.Nonce != Nonce)
         {
             continue;
         }
-        if (Existing.Status == UploadComplete)
-        {
-            return FReply::Error(MakeError(400, ErrorRef::NonceOfCompletedSession,
-                "The nonce you provided was already associated with a completed upload session. If you wish to start a new upload "
-                "you should regenerate the nonce parameter."));
-        }
-        return FReply::Json(200, UploadSessionObject(Existing));
+        return Existing.Status == UploadComplete ? FReply::Error(Spent) : FReply::Json(200, UploadSessionObject(Existing));
     }
     FUploadSession Session;
     Session.UploadId = NewUuid();

@@ -1,5 +1,6 @@
 #include "ModioService/SandboxImage.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <vector>
@@ -79,8 +80,8 @@ std::optional<FImageHeader> ReadImageHeader(const std::string& Path)
     std::vector<unsigned char> Bytes(static_cast<size_t>(MaxHeaderBytes));
     File.read(reinterpret_cast<char*>(Bytes.data()), MaxHeaderBytes);
     Bytes.resize(static_cast<size_t>(File.gcount()));
-    static const std::string PngSignature = "\x89PNG\r\n\x1a\n";
-    if (Bytes.size() >= 8 && std::equal(PngSignature.begin(), PngSignature.end(), Bytes.begin()))
+    static constexpr unsigned char PngSignature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    if (Bytes.size() >= 8 && std::equal(std::begin(PngSignature), std::end(PngSignature), Bytes.begin()))
     {
         return ReadPng(Bytes);
     }

@@ -64,6 +64,7 @@ std::string SaveStoreText(const FSandboxStore& Store)
     {
         Root["Sessions"].push_back(Session);
     }
+    Root["SpentNonces"] = Store.SpentNonces;
     Root["NextUserId"] = Store.NextUserId;
     Root["NextModId"] = Store.NextModId;
     Root["NextModfileId"] = Store.NextModfileId;
@@ -94,6 +95,7 @@ bool LoadStoreText(const std::string& Text, FSandboxStore& OutStore)
             FUploadSession Session = Item.get<FUploadSession>();
             Store.Sessions[Session.UploadId] = Session;
         }
+        Store.SpentNonces = Root.value("SpentNonces", nlohmann::json::array()).get<std::set<std::string>>();
         Store.NextUserId = Root.value("NextUserId", Store.NextUserId);
         Store.NextModId = Root.value("NextModId", Store.NextModId);
         Store.NextModfileId = Root.value("NextModfileId", Store.NextModfileId);

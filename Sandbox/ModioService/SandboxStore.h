@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,8 @@ struct FSandboxStore
     std::map<int64, FStoredMod> Mods;
     std::map<int64, FStoredModfile> Modfiles;
     std::map<std::string, FUploadSession> Sessions;
+    // "<mod id>:<nonce>" of completed sessions whose file was added: the nonce stays spent.
+    std::set<std::string> SpentNonces;
     int64 NextUserId = 101;
     int64 NextModId = 2001; // seeded mods take 1001 onwards
     int64 NextModfileId = 9001;

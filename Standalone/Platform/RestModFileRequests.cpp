@@ -266,7 +266,11 @@ std::optional<FModioModInfo> ReadModInfo(const std::string& Body)
         return std::nullopt;
     }
     const JsonFields::FJson Answer = JsonFields::FJson::parse(Body, nullptr, false);
-    return FModioModInfo{*Id, JsonFields::GetString(Answer, "name"), JsonFields::GetString(Answer, "metadata_blob")};
+    FModioModInfo Info;
+    Info.ModId = *Id;
+    Info.Name = JsonFields::GetString(Answer, "name");
+    Info.MetadataBlob = JsonFields::GetString(Answer, "metadata_blob");
+    return Info;
 }
 
 bool IsModfileObject(const std::string& Body)
