@@ -2,6 +2,7 @@
 // `maptorn-sandbox` process on loopback, every result checked on the service's side and on disk.
 
 #include "Platform/StandaloneProcesses.h"
+#include "ModioService/SandboxZip.h"
 #include "Process/SandboxProcess.h"
 #include "Sample/SampleProject.h"
 #include "Support/TempDir.h"
@@ -32,6 +33,7 @@ protected:
         {
             unsetenv(Name);
         }
+        WriteTextFile(Temp.Path() / "api-key", std::string(Sandbox::FSandboxProcess::ApiKey) + "\n");
         bStarted = Service.Start(Temp.Dir() + "ServiceData", Temp.Dir() + "service.log", StartError);
     }
 
@@ -50,8 +52,8 @@ protected:
     FRun Maptorn(const std::string& Params)
     {
         const std::string Common = "--project \"" + Layout.ProjectDir + "\" --engine \"" + Layout.EngineRoot + "\" --user-settings-dir \"" +
-            Layout.UserSettingsDir + "\" --modio-url " + Service.BaseUrl() + " --modio-game-id 1 --modio-api-key " +
-            Sandbox::FSandboxProcess::ApiKey + " ";
+            Layout.UserSettingsDir + "\" --modio-url " + Service.BaseUrl() + " --modio-game-id 1 --modio-api-key-file \"" +
+            Temp.Dir() + "api-key\" ";
         FRun Result;
         std::string Err;
         FStandaloneProcesses Processes;
@@ -89,6 +91,10 @@ protected:
 
 TEST_F(CliEndToEnd, LoginThenWhoamiInALaterRunThenLogout)
 {
+    // A login folder that someone left open to others is closed by the first login saved in it.
+    fs::create_directories(Temp.Dir() + "config-home/maptorn");
+    fs::permissions(Temp.Dir() + "config-home/maptorn", fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+        fs::perms::others_read | fs::perms::others_exec);
     EXPECT_EQ(Maptorn("whoami").ExitCode, 1);
     EXPECT_EQ(Maptorn("login --email not-an-address").ExitCode, 2);
     ASSERT_EQ(Maptorn("login --email modder@example.com").ExitCode, 0);
@@ -100,14 +106,30 @@ TEST_F(CliEndToEnd, LoginThenWhoamiInALaterRunThenLogout)
     EXPECT_EQ(nlohmann::json::parse(Who.Out.substr(Who.Out.find('{')), nullptr, false).value("logged_in", false), true);
     EXPECT_NE(Service.LogTail(400).find("/v1/oauth/emailexchange"), std::string::npos);
 
+    const std::string LoginFile = Temp.Dir() + "config-home/maptorn/login-1.json";
+    EXPECT_EQ(fs::status(LoginFile).permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(fs::status(Temp.Dir() + "config-home/maptorn").permissions() & fs::perms::all, fs::perms::owner_all);
+    const std::string Token = nlohmann::json::parse(ReadTextFile(LoginFile), nullptr, false).value("access_token", std::string());
+    ASSERT_FALSE(Token.empty());
+
+    // The logout waits for the service to revoke the token: a request with it afterwards is refused.
     const FRun Out = Maptorn("logout");
     EXPECT_EQ(Out.ExitCode, 0) << Out.Out;
     EXPECT_EQ(Maptorn("whoami").ExitCode, 1);
+    httplib::Client Client(Service.BaseUrl());
+    const auto Me = Client.Get("/v1/me", {{"Authorization", "Bearer " + Token}});
+    ASSERT_TRUE(Me);
+    EXPECT_EQ(Me->status, 401);
 }
 
 TEST_F(CliEndToEnd, CreateUploadAndInstallLandOnTheServiceAndOnDisk)
 {
     LogIn();
+    // mod.io's refusal names the field and why; the default logo (no --logo) is one it takes.
+    WriteTextFile(Temp.Path() / "tiny.png", Sandbox::TinyPng());
+    const FRun Tiny = Maptorn("create --name \"Tiny Logo\" --summary \"Too small\" --type map --logo \"" + Temp.Dir() + "tiny.png\"");
+    EXPECT_EQ(Tiny.ExitCode, 1);
+    EXPECT_NE(Tiny.Out.find("(HTTP 422, error_ref 13009): logo: The logo must be at least 512x288 pixels"), std::string::npos) << Tiny.Out;
     const FRun Created = Maptorn("create --name \"Harbour Sprint\" --summary \"Race through the docks\" --type map --json");
     ASSERT_EQ(Created.ExitCode, 0) << Created.Out;
     const nlohmann::json Answer = nlohmann::json::parse(Created.Out.substr(Created.Out.find('{')), nullptr, false);
@@ -136,6 +158,9 @@ TEST_F(CliEndToEnd, CreateUploadAndInstallLandOnTheServiceAndOnDisk)
         EXPECT_EQ(File["changelog"], "First race");
     }
     EXPECT_TRUE(fs::exists(InProject("Saved/Cooked/Workshop/UGC" + ModId + "/Windows/UGC" + ModId + "/UGC" + ModId + ".pak")));
+    const FRun Again = Maptorn("upload " + ModId + " --windows --changelog \"Second race\"");
+    ASSERT_EQ(Again.ExitCode, 0) << Again.Out;
+    EXPECT_NE(Again.Out.find("Uploaded mod " + ModId + " version 2"), std::string::npos) << Again.Out;
 
     const FRun Installed = Maptorn("install 1006 --json");
     ASSERT_EQ(Installed.ExitCode, 0) << Installed.Out;

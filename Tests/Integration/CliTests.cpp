@@ -1,15 +1,20 @@
 // The `maptorn` binary run as a child process on real sample projects.
 
 #include "ModioService/ModioSandbox.h"
+#include "ModioService/SandboxZip.h"
 #include "Platform/StandaloneProcesses.h"
 #include "Platform/StoredLogin.h"
 #include "Sample/SampleProject.h"
+#include "Support/DefaultLogoBytes.h"
 #include "Support/ProjectSnapshot.h"
 #include "Support/StandinEngine.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
+#include <httplib.h>
+#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -53,6 +58,24 @@ protected:
         FStandaloneProcesses Processes;
         EXPECT_TRUE(Processes.ExecProcess(MAPTORN_CLI_PATH, Params, Result.ExitCode, Result.Out, Result.Err));
         return Result;
+    }
+
+    // A mod named Name that shares its source plug-in, added the way a modder adds one.
+    static void PublishSourceMod(Sandbox::FModioSandbox& Service, const std::string& Name)
+    {
+        httplib::Client Http("127.0.0.1", Service.GetPort());
+        const httplib::Headers Bearer = {{"Authorization", "Bearer " + Service.IssueTokenFor("modder@example.com")}};
+        const httplib::Result Mod = Http.Post("/v1/games/1/mods", Bearer, httplib::MultipartFormDataItems{
+            {"logo", DefaultLogoBytes(), "logo.jpg", "image/jpeg"}, {"name", Name, "", ""},
+            {"summary", "Odd name", "", ""}, {"tags[]", "Mod", "", ""}});
+        ASSERT_TRUE(Mod && Mod->status == 201) << (Mod ? Mod->body : "no answer");
+        const std::string ModId = std::to_string(nlohmann::json::parse(Mod->body)["id"].get<int64>());
+        FTempDir Zip;
+        ASSERT_TRUE(Sandbox::WriteZip(Zip.Dir() + "src.zip", {{"UGC" + ModId + "/UGC" + ModId + ".uplugin", "{}"}}));
+        const httplib::Result File = Http.Post("/v1/games/1/mods/" + ModId + "/files", Bearer, httplib::MultipartFormDataItems{
+            {"filedata", ReadTextFile(Zip.Path() / "src.zip"), "src.zip", "application/zip"}, {"version", "1.0.0", "", ""},
+            {"platforms[]", "source", "", ""}});
+        ASSERT_TRUE(File && File->status == 201) << (File ? File->body : "no answer");
     }
 
     std::string InSample() const
@@ -249,7 +272,8 @@ TEST_F(MaptornCli, BrowseAndModsTalkToModioAndShowTheBrowsersStatusWords)
     Sandbox::FModioSandbox Service(Sandbox::FSandboxOptions{0, "", 1, "0123456789abcdef0123456789abcdef", true, true});
     std::string Error;
     ASSERT_TRUE(Service.Start(Error)) << Error;
-    const std::string Modio = "--modio-url " + Service.GetBaseUrl() + " --modio-game-id 1 --modio-api-key 0123456789abcdef0123456789abcdef ";
+    WriteTextFile(Temp.Path() / "api-key", "0123456789abcdef0123456789abcdef\n");
+    const std::string Modio = "--modio-url " + Service.GetBaseUrl() + "/v1 --modio-game-id 1 --modio-api-key-file " + Quote(Temp.Dir() + "api-key") + " ";
 
     const FRun Browse = Run(InSample() + Modio + "browse --sort name --search Kit");
     EXPECT_EQ(Browse.ExitCode, 0) << Browse.Out << Browse.Err;
@@ -273,14 +297,47 @@ TEST_F(MaptornCli, BrowseAndModsTalkToModioAndShowTheBrowsersStatusWords)
     EXPECT_EQ(Mods.Out.find("Neon Props"), std::string::npos) << "no local plug-in, not offered";
 }
 
+// Against the strict service: every sort key is one mod.io documents, and a search is one
+// encoded name filter, whatever characters it holds.
+TEST_F(MaptornCli, EverySortAndASearchWithQueryCharactersReachTheStrictService)
+{
+    Sandbox::FModioSandbox Service(Sandbox::FSandboxOptions{0, "", 1, "0123456789abcdef0123456789abcdef", true, true});
+    std::string Error;
+    ASSERT_TRUE(Service.Start(Error)) << Error;
+    const std::string Odd = "a b&_limit=1";
+    PublishSourceMod(Service, Odd);
+    WriteTextFile(Temp.Path() / "api-key", "0123456789abcdef0123456789abcdef");
+    const std::string Modio = "--modio-url " + Service.GetBaseUrl() + " --modio-game-id 1 --modio-api-key-file " + Quote(Temp.Dir() + "api-key") + " ";
+
+    for (const char* Sort : {"popular", "subscribers", "newest", "updated", "rating", "downloads", "name", "-name", "installed"})
+    {
+        const FRun Browse = Run(InSample() + Modio + "browse --json --sort " + Sort);
+        EXPECT_EQ(Browse.ExitCode, 0) << Sort << Browse.Err;
+    }
+    Service.ClearRequestLog();
+    const FRun Search = Run(InSample() + Modio + "browse --json --search " + Quote(Odd));
+    ASSERT_EQ(Search.ExitCode, 0) << Search.Err;
+    const nlohmann::json Found = nlohmann::json::parse(Search.Out, nullptr, false);
+    ASSERT_EQ(Found["mods"].size(), 1u) << Search.Out;
+    EXPECT_EQ(Found["mods"][0]["name"], Odd);
+    const std::vector<Sandbox::FRecordedRequest> Log = Service.RequestLog();
+    const auto Query = std::find_if(Log.begin(), Log.end(), [](const Sandbox::FRecordedRequest& Request) { return Request.Path == "/v1/games/1/mods"; });
+    ASSERT_NE(Query, Log.end());
+    EXPECT_NE(Query->Query.find("&name-lk=%2Aa%20b%26_limit%3D1%2A&_offset=0&_limit=20"), std::string::npos) << Query->Query;
+}
+
 TEST_F(MaptornCli, BrowseWithoutModioSettingsOrServiceSaysWhatToDo)
 {
     const FRun Unset = Run(InSample() + "browse");
     EXPECT_EQ(Unset.ExitCode, 3);
     EXPECT_NE(Unset.Err.find("--modio-game-id"), std::string::npos) << Unset.Err;
 
-    const FRun Unreachable = Run(InSample() + "--modio-url http://127.0.0.1:9 --modio-game-id 1 --modio-api-key k browse");
+    WriteTextFile(Temp.Path() / "api-key", "k\n");
+    const FRun Unreachable = Run(InSample() + "--modio-url http://127.0.0.1:9 --modio-game-id 1 --modio-api-key-file " + Quote(Temp.Dir() + "api-key") + " browse");
     EXPECT_EQ(Unreachable.ExitCode, 1);
-    EXPECT_NE(Unreachable.Err.find("did not answer"), std::string::npos) << Unreachable.Err;
-    EXPECT_EQ(Unreachable.Err.find("k browse"), std::string::npos);
+    EXPECT_NE(Unreachable.Err.find("could not be reached"), std::string::npos) << Unreachable.Err;
+
+    const FRun NoKeyFile = Run(InSample() + "--modio-game-id 1 --modio-api-key-file " + Quote(Temp.Dir() + "missing") + " browse");
+    EXPECT_EQ(NoKeyFile.ExitCode, 3) << NoKeyFile.Err;
+    EXPECT_NE(NoKeyFile.Err.find("cannot be read"), std::string::npos) << NoKeyFile.Err;
 }

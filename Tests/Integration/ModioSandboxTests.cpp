@@ -4,6 +4,7 @@
 #include "ModioService/ModioSandbox.h"
 #include "Common/Md5.h"
 #include "ModioService/SandboxZip.h"
+#include "Support/DefaultLogoBytes.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace Maptorn;
@@ -151,6 +153,50 @@ TEST_F(ModioSandboxTest, RefusedRequestsAnswerTheirStatusAndErrorRef)
     EXPECT_EQ(Http->Get(Mods, BearerFor(Sandbox.IssueTokenFor(ModderEmail)))->status, 200);
 }
 
+// What mod.io refuses and a lenient service would let through, each with mod.io's status and ref.
+TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
+{
+    struct FCase
+    {
+        std::string Name;
+        httplib::Result Result;
+        int Status;
+        int Ref;
+    };
+    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
+    std::vector<FCase> Cases;
+    Cases.push_back({ "status-not", Http->Get(Keyed(Mods + "?status-not=3")), 403, 15025 });
+    Cases.push_back({ "visible-lk", Http->Get(Keyed(Mods + "?visible-lk=1")), 403, 15025 });
+    Cases.push_back({ "status-max on my mods", Http->Get("/v1/me/mods?status-max=1", BearerFor(Token)), 403, 15025 });
+    Cases.push_back({ "unknown filter", Http->Get(Keyed(Mods + "?colour=red")), 422, 13009 });
+    for (const char* Sort : { "-popular", "subscribers", "rating", "downloads", "colour" })
+    {
+        Cases.push_back({ std::string("sort ") + Sort, Http->Get(Keyed(Mods + "?_sort=" + Sort)), 422, 13009 });
+    }
+    Cases.push_back({ "api_key in the body", Http->Post("/v1/oauth/emailrequest", "email=modder%40example.com&api_key=" + ApiKey,
+                                                        "application/x-www-form-urlencoded"), 401, 11000 });
+    Cases.push_back({ "DELETE on /v1/me", Http->Delete("/v1/me", BearerFor(Token)), 405, 0 });
+    Cases.push_back({ "PUT on the mod list", Http->Put(Keyed(Mods), "", "application/x-www-form-urlencoded"), 405, 0 });
+    for (const FCase& Case : Cases)
+    {
+        SCOPED_TRACE(Case.Name);
+        ASSERT_TRUE(Case.Result);
+        EXPECT_EQ(Case.Result->status, Case.Status) << Case.Result->body;
+        EXPECT_TRUE(Case.Ref == 0 || RefOf(Case.Result) == Case.Ref) << RefOf(Case.Result);
+    }
+    EXPECT_TRUE(BodyOf(Cases[3].Result)["error"]["errors"].contains("colour"));
+    EXPECT_EQ(GetList("status=1&visible-in=1&_sort=-downloads_today")["result_count"], GetList("")["result_count"]);
+}
+
+TEST_F(ModioSandboxTest, LogoutAnswersSuccessAndTheTokenIsRefusedAfterwards)
+{
+    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
+    const httplib::Result Logout = Http->Post("/v1/oauth/logout", BearerFor(Token), "", "application/x-www-form-urlencoded");
+    ASSERT_EQ(Logout->status, 200);
+    EXPECT_EQ(BodyOf(Logout)["success"], true);
+    EXPECT_EQ(RefOf(Http->Get("/v1/me", BearerFor(Token))), 11005);
+}
+
 TEST_F(ModioSandboxTest, ABusyPortIsReportedByStart)
 {
     FSandboxOptions Options = QuietSeeded();
@@ -192,12 +238,13 @@ TEST_F(ModioSandboxTest, FiltersListExactlyTheMatchingMods)
     EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "?id-in=1001,abc"))), 13009);
 }
 
-TEST_F(ModioSandboxTest, MyModsIncludeHiddenOnesAndHonourStatusNot)
+TEST_F(ModioSandboxTest, MyModsIncludeHiddenAndDeletedOnesAndFilterStatusWithIn)
 {
     const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
     EXPECT_EQ(IdsOf(BodyOf(Http->Get("/v1/me/mods?game_id=1", BearerFor(Token)))), (std::set<int64>{ 1001, 1002, 1003, 1004 }));
     EXPECT_EQ(Http->Delete(Mods + "/1003", BearerFor(Token))->status, 204);
-    const json Mine = BodyOf(Http->Get("/v1/me/mods?status-not=3", BearerFor(Token)));
+    EXPECT_EQ(IdsOf(BodyOf(Http->Get("/v1/me/mods?game_id=1", BearerFor(Token)))), (std::set<int64>{ 1001, 1002, 1003, 1004 }));
+    const json Mine = BodyOf(Http->Get("/v1/me/mods?status-in=0,1", BearerFor(Token)));
     EXPECT_EQ(IdsOf(Mine), (std::set<int64>{ 1001, 1002, 1004 }));
     EXPECT_EQ(Sandbox.OwnerModIdFor(ModderEmail), 1001);
 }
@@ -205,8 +252,9 @@ TEST_F(ModioSandboxTest, MyModsIncludeHiddenOnesAndHonourStatusNot)
 TEST_F(ModioSandboxTest, SortsByNameStatsAndDatesBothWays)
 {
     const std::vector<std::pair<std::string, std::string>> Cases = { { "name", "/name" },
-        { "-name", "/name" }, { "-downloads", "/stats/downloads_total" }, { "-popular", "/stats/downloads_today" },
-        { "subscribers", "/stats/subscribers_total" }, { "date_added", "/date_added" } };
+        { "-name", "/name" }, { "-downloads_total", "/stats/downloads_total" }, { "-downloads_today", "/stats/downloads_today" },
+        { "subscribers_total", "/stats/subscribers_total" }, { "-ratings_weighted_aggregate", "/stats/ratings_weighted_aggregate" },
+        { "date_live", "/date_live" }, { "-date_updated", "/date_updated" } };
     for (const auto& [Sort, Field] : Cases)
     {
         SCOPED_TRACE(Sort);
@@ -220,7 +268,6 @@ TEST_F(ModioSandboxTest, SortsByNameStatsAndDatesBothWays)
         EXPECT_TRUE(Sort.starts_with("-") ? std::is_sorted(Values.rbegin(), Values.rend())
                                           : std::is_sorted(Values.begin(), Values.end()));
     }
-    EXPECT_EQ(RefOf(Http->Get(Keyed(Mods + "?_sort=colour"))), 13009);
 }
 
 TEST_F(ModioSandboxTest, LimitAboveOneHundredIsClampedToOneHundred)
@@ -264,6 +311,27 @@ TEST_F(ModioSandboxTest, AddModChecksLogoAndSummary)
     EXPECT_EQ(RefOf(Result), 13009);
     EXPECT_TRUE(BodyOf(Result)["error"]["errors"].contains("logo"));
     EXPECT_TRUE(BodyOf(Result)["error"]["errors"].contains("summary"));
+}
+
+TEST_F(ModioSandboxTest, LogoMustBeAJpegOrPngOfAtLeast512By288ByItsHeader)
+{
+    // A whole 1x1 PNG; the plug-in's own 1280x720 JPEG; a GIF named .png.
+    const std::vector<std::tuple<std::string, std::string, int>> Cases = {
+        { "1x1 png", TinyPng(), 422 },
+        { "1280x720 jpeg", Testing::DefaultLogoBytes(), 201 },
+        { "gif", "GIF89a", 422 } };
+    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
+    for (const auto& [Name, Bytes, Status] : Cases)
+    {
+        SCOPED_TRACE(Name);
+        const httplib::Result Result = Http->Post(Mods, BearerFor(Token),
+            httplib::MultipartFormDataItems{ { "logo", Bytes, "logo.png", "image/png" }, { "name", "Logo " + Name, "", "" },
+                                             { "summary", "A mod.", "", "" } });
+        ASSERT_TRUE(Result);
+        EXPECT_EQ(Result->status, Status) << Result->body;
+        EXPECT_EQ(BodyOf(Result)["error"]["errors"].contains("logo"), Status == 422);
+        EXPECT_EQ(BodyOf(Result).dump().find("at least 512x288 pixels (this one is 1x1)") != std::string::npos, Name == "1x1 png");
+    }
 }
 
 TEST_F(ModioSandboxTest, AddModAsUrlencodedIsAnUnsupportedMediaType)
@@ -369,6 +437,18 @@ TEST_F(ModioSandboxMultipart, ContentRangeErrorsNameWhatIsWrong)
     EXPECT_EQ(PutPart("bytes 0-9/100", Ten)->status, 400);
     ASSERT_EQ(PutPart("bytes 0-9/10", Ten)->status, 200);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9/10", Ten)), 29015);
+}
+
+TEST_F(ModioSandboxMultipart, ANonceIsSpentOnceItsSessionCompletes)
+{
+    const auto Create = [this] { return Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n1" } }); };
+    EXPECT_EQ(BodyOf(Create())["upload_id"], UploadId) << "an open session is found again by its nonce";
+    ASSERT_EQ(PutPart("bytes 0-9/10", "0123456789")->status, 200);
+    ASSERT_EQ(Complete()->status, 200);
+    const httplib::Result Again = Create();
+    EXPECT_EQ(Again->status, 400);
+    EXPECT_EQ(RefOf(Again), 29002);
+    EXPECT_EQ(Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n2" } })->status, 200);
 }
 
 TEST_F(ModioSandboxMultipart, CompletingNeedsEveryPartAndDeletingEndsTheSession)

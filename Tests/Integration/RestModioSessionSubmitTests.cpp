@@ -4,6 +4,7 @@
 
 #include "ModioService/SandboxZip.h"
 #include "Platform/RestModioSessionRequests.h"
+#include "Support/DefaultLogoBytes.h"
 #include "Support/RestSessionSubmitFixture.h"
 
 #include <gtest/gtest.h>
@@ -107,7 +108,7 @@ TEST_F(RestModioSessionSubmit, CreatingAModSendsItsFieldsAndLogoAndAnswersTheNew
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     const fs::path Logo = Temp.Path() / "logo.png";
-    WriteTextFile(Logo, Sandbox::TinyPng());
+    WriteTextFile(Logo, DefaultLogoBytes());
     FModioCreateModParams Params;
     Params.PathToLogoFile = Logo.string();
     Params.Name = "Harbour Nights";
@@ -125,7 +126,7 @@ TEST_F(RestModioSessionSubmit, CreatingAModSendsItsFieldsAndLogoAndAnswersTheNew
     EXPECT_EQ(TagsOf(Created), (std::vector<std::string>{"Map", "Night"}));
     EXPECT_EQ(Created["metadata_blob"], "{\"type\":\"map\"}");
     EXPECT_EQ(Created["logo"]["filename"], "logo.png");
-    EXPECT_EQ(GetBytes(Created["logo"]["original"]), Sandbox::TinyPng());
+    EXPECT_EQ(GetBytes(Created["logo"]["original"]), DefaultLogoBytes());
 
     const std::vector<Sandbox::FRecordedRequest> Posts = RequestsTo("POST", "/v1/games/1/mods");
     ASSERT_EQ(Posts.size(), 1u);
@@ -151,7 +152,7 @@ TEST_F(RestModioSessionSubmit, ModCreationWithoutAReadableLogoOrALoginFailsWitho
     fs::remove(LoginFile);
     const std::unique_ptr<FRestModioSession> LoggedOut = MakeSession(false);
     const fs::path Logo = Temp.Path() / "logo.png";
-    WriteTextFile(Logo, Sandbox::TinyPng());
+    WriteTextFile(Logo, DefaultLogoBytes());
     Params.PathToLogoFile = Logo.string();
     EXPECT_EQ(CreateMod(*LoggedOut, Params).first.GetValue(), ModioRest::ErrorValue::NoAuthToken);
     FModioEditModParams Edit;
@@ -204,14 +205,14 @@ TEST_F(RestModioSessionSubmit, EditingTheLogoSendsTheNewFile)
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     const json Before = GetJson(ModPath(ModderModId));
     const fs::path Logo = Temp.Path() / "night.png";
-    WriteTextFile(Logo, Sandbox::TinyPng());
+    WriteTextFile(Logo, DefaultLogoBytes());
     FModioEditModParams Params;
     Params.LogoPath = Logo.string();
 
     ASSERT_FALSE(EditMod(*Session, ModderModId, Params).first);
     const json After = GetJson(ModPath(ModderModId));
     EXPECT_EQ(After["logo"]["filename"], "night.png");
-    EXPECT_EQ(GetBytes(After["logo"]["original"]), Sandbox::TinyPng());
+    EXPECT_EQ(GetBytes(After["logo"]["original"]), DefaultLogoBytes());
     EXPECT_EQ(After["name"], Before["name"]);
     EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId))[0].Headers.at("content-type").rfind("multipart/form-data; boundary=", 0), 0u);
 }
@@ -322,7 +323,7 @@ TEST_F(RestModioSessionSubmit, AServiceErrorOnTheFilePostEndsWithItsErrorAndTheN
 
     const FModioModManagementEvent Failed = UploadAndWait(*Session, ModderModId, ParamsFor(Root));
     EXPECT_EQ(Failed.Status.GetValue(), 10000);
-    EXPECT_EQ(Failed.Status.GetErrorMessage(), "The mod.io API is temporarily unavailable.");
+    EXPECT_EQ(Failed.Status.GetErrorMessage(), "The mod.io API is temporarily unavailable. (HTTP 500, error_ref 10000)");
     EXPECT_TRUE(NoTemporaryFilesLeft());
     EXPECT_TRUE(NewestModfile(ModderModId)["version"] != "4") << "nothing was added";
 
@@ -349,7 +350,7 @@ TEST_F(RestModioSessionSubmit, AnExpiredTokenEndsTheUploadWithItsErrorAndForgets
 
     const FModioModManagementEvent Event = UploadAndWait(*Session, ModderModId, ParamsFor(MakeModFolder()));
     EXPECT_EQ(Event.Status.GetValue(), 11005);
-    EXPECT_EQ(Event.Status.GetErrorMessage(), "Your access token has expired or been revoked.");
+    EXPECT_EQ(Event.Status.GetErrorMessage(), "Your access token has expired or been revoked. (HTTP 401, error_ref 11005)");
     EXPECT_TRUE(NoTemporaryFilesLeft());
     EXPECT_EQ(Session->GetAuthTokenAsString(), "");
     EXPECT_FALSE(fs::exists(LoginFile));
@@ -476,6 +477,35 @@ TEST_F(RestModioSessionSubmit, AnArchiveAboveTheThresholdGoesThroughAMultipartSe
     EXPECT_EQ(Parts[0].BodySize, Archive.size());
     EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId) + "/files")[0].Headers.at("content-type"), "application/x-www-form-urlencoded");
     EXPECT_TRUE(NoTemporaryFilesLeft());
+}
+
+// A completed session's nonce is spent (mod.io answers 400, ref 29002): the same archive sent
+// again opens the next session instead of failing.
+TEST_F(RestModioSessionSubmit, TheSameArchiveSentAgainOpensANewMultipartSession)
+{
+    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    Session->SetUploadOptions(OptionsWith(64));
+    const fs::path Root = MakeModFolder();
+    const std::string Sessions = ModPath(ModderModId) + "/files/multipart";
+    ASSERT_FALSE(UploadAndWait(*Session, ModderModId, ParamsFor(Root)).Status);
+    const std::string FirstHash = NewestModfile(ModderModId)["filehash"]["md5"];
+    const std::vector<Sandbox::FRecordedRequest> FirstParts = RequestsTo("PUT", Sessions);
+    ASSERT_EQ(FirstParts.size(), 1u);
+
+    Sandbox.ClearRequestLog();
+    const FModioModManagementEvent Again = UploadAndWait(*Session, ModderModId, ParamsFor(Root));
+    ASSERT_FALSE(Again.Status) << Again.Status.GetErrorMessage();
+    ASSERT_EQ(NewestModfile(ModderModId)["filehash"]["md5"], FirstHash) << "the same archive";
+    std::vector<int> Opened;
+    for (const Sandbox::FRecordedRequest& Request : RequestsTo("POST", Sessions))
+    {
+        Opened.push_back(Request.Status);
+    }
+    EXPECT_EQ(Opened, (std::vector<int>{400, 200})) << "the spent nonce, then the next one";
+    const std::vector<Sandbox::FRecordedRequest> Parts = RequestsTo("PUT", Sessions);
+    ASSERT_EQ(Parts.size(), 1u);
+    EXPECT_NE(Parts[0].Query, FirstParts[0].Query) << "a new session";
+    EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId) + "/files").size(), 1u);
 }
 
 // The part size is ours to set, but the service only takes 50 MiB parts: a 64 KiB first part is

@@ -3,6 +3,7 @@
 
 #include "Modio/ModioInterface.h"
 #include "ModioService/SandboxZip.h"
+#include "Support/DefaultLogoBytes.h"
 #include "Support/SandboxFixture.h"
 
 #include <httplib.h>
@@ -71,9 +72,9 @@ TEST_F(SourceCatalogue, EachSortOrderReachesTheServiceInTheFixedUrlOrder)
     FPluginInfo Local;
     Local.Name = "UGC1005";
     Fakes.Engine.Plugins.push_back(Local);
-    const std::vector<std::string> Expected = {"&tags=Mod&id-in=1005", "&tags=Mod&_sort=-popular", "&tags=Mod&_sort=subscribers",
-        "&tags=Mod&_sort=-date_live", "&tags=Mod&_sort=-date_updated", "&tags=Mod&_sort=rating", "&tags=Mod&_sort=downloads",
-        "&tags=Mod&_sort=name", "&tags=Mod&_sort=-name"};
+    const std::vector<std::string> Expected = {"&tags=Mod&id-in=1005", "&tags=Mod&_sort=-downloads_today",
+        "&tags=Mod&_sort=-subscribers_total", "&tags=Mod&_sort=-date_live", "&tags=Mod&_sort=-date_updated",
+        "&tags=Mod&_sort=-ratings_weighted_aggregate", "&tags=Mod&_sort=-downloads_total", "&tags=Mod&_sort=name", "&tags=Mod&_sort=-name"};
     for (uint32 Sort = 0; Sort < Expected.size(); ++Sort)
     {
         Client->SourceQuery.SortType = static_cast<ESourceModQueryType>(Sort);
@@ -98,13 +99,13 @@ TEST_F(SourceCatalogue, SearchesOfUpTo32CharactersAndPagingWithAPositiveLimitAre
 {
     Client->SourceQuery.SearchText = std::string(32, 'k');
     ASSERT_TRUE(Query());
-    EXPECT_NE(LastCatalogueQuery().find("&name-lk=*" + std::string(32, 'k') + "*"), std::string::npos);
+    EXPECT_NE(LastCatalogueQuery().find("&name-lk=%2A" + std::string(32, 'k') + "%2A"), std::string::npos);
     EXPECT_TRUE(Client->LastSourceModList.Mods.empty());
 
     Client->SourceQuery.SearchText = std::string(33, 'k');
     Client->SourceQuery.PageLimit = 0;
     ASSERT_TRUE(Query());
-    EXPECT_EQ(LastCatalogueQuery(), "&tags=Mod&_sort=-popular");
+    EXPECT_EQ(LastCatalogueQuery(), "&tags=Mod&_sort=-downloads_today");
     EXPECT_EQ(Client->LastSourceModList.Mods.size(), static_cast<std::size_t>(Client->LastSourceModList.TotalResults)) << "the service's own page size";
 }
 
@@ -177,7 +178,7 @@ TEST_F(SourceCatalogue, OnlyOwnModsWithALocalPluginAreOfferedForUpload)
     EXPECT_EQ(Client->OwnMods[0].PluginName, "UGC1001");
     EXPECT_EQ(Client->OwnModVersions.size(), 1u);
     const Sandbox::FRecordedRequest Request = LastRequestTo("/v1/me/mods");
-    EXPECT_EQ(Request.Query, "game_id=1&status-not=3");
+    EXPECT_EQ(Request.Query, "game_id=1");
     EXPECT_FALSE(LogMentions(Fakes.Session.Token));
     EXPECT_FALSE(LogMentions(ApiKey));
 }
@@ -209,7 +210,7 @@ TEST_F(SourceCatalogue, ALowerCaseModTagMakesAContentModAndAModWithoutFileHasNoV
 {
     const std::string Token = Sandbox.IssueTokenFor("modder@example.com");
     httplib::Client Service(Sandbox.GetBaseUrl());
-    const httplib::MultipartFormDataItems Form = {{"logo", Sandbox::TinyPng(), "logo.png", "image/png"}, {"name", "Fresh Props", "", ""},
+    const httplib::MultipartFormDataItems Form = {{"logo", DefaultLogoBytes(), "logo.jpg", "image/jpeg"}, {"name", "Fresh Props", "", ""},
         {"summary", "No file yet.", "", ""}, {"tags[]", "mod", "", ""}};
     const httplib::Result Added = Service.Post("/v1/games/1/mods", {{"Authorization", "Bearer " + Token}}, Form);
     ASSERT_TRUE(Added && Added->status == 201) << (Added ? Added->body : "no answer");
@@ -227,7 +228,7 @@ TEST_F(SourceCatalogue, ALowerCaseModTagMakesAContentModAndAModWithoutFileHasNoV
     const auto Fresh = std::find_if(Client->OwnMods.begin(), Client->OwnMods.end(), [&](const FSourceModInfo& Info) { return Info.PluginName == "UGC" + Id; });
     ASSERT_NE(Fresh, Client->OwnMods.end());
     EXPECT_EQ(Fresh->ModType, EModType::Mod);
-    EXPECT_EQ(Fresh->Version, 0);
+    EXPECT_EQ(Fresh->Version, "");
     EXPECT_EQ(Fresh->FileSize, 0);
     EXPECT_EQ(Fresh->BinaryUrl, "");
     EXPECT_EQ(Fresh->InstallState, static_cast<uint8>(ESourceModInstallState::RequiresUpdate)) << "plug-in here, no definition";
