@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build pkg-config
-  nlohmann-json3-dev libcurl4-openssl-dev libzip-dev libcli11-dev libcpp-httplib-dev
+  nlohmann-json3-dev libcurl4-openssl-dev libzip-dev zlib1g-dev libcli11-dev libcpp-httplib-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev
   g++-mingw-w64-x86-64-posix

@@ -41,5 +41,8 @@ public class Maptorn : ModuleRules
 			// The game's definition classes UKelvor_Map, UKelvor_Mod and UKelvor_GameMode.
 			"KelvorProxy",
 		});
+
+		// The archive adapter's ZIP reader inflates with the engine's own zlib.
+		AddEngineThirdPartyPrivateStaticDependencies(Target, "zlib");
 	}
 }

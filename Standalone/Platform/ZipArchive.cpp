@@ -1,13 +1,12 @@
 #include "Platform/ZipArchive.h"
 
-#include <algorithm>
-#include <cctype>
+#include "Transfer/ArchiveEntryGuard.h"
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <set>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -27,21 +26,6 @@ struct FZipCloser
     void operator()(zip_t* Archive) const { zip_discard(Archive); }
 };
 using FZipHandle = std::unique_ptr<zip_t, FZipCloser>;
-
-struct FPlannedFile
-{
-    zip_uint64_t Index = 0;
-    std::string Name;          // as the archive spells it, for messages
-    std::string RelativePath;  // "/" separated, no "." or empty segments
-    uint64 Size = 0;
-};
-
-struct FExtractionPlan
-{
-    std::vector<FPlannedFile> Files;
-    std::set<std::string> Directories;  // every folder to create, parents sort before children
-    uint64 TotalSize = 0;
-};
 
 std::string ZipErrorText(int Code)
 {
@@ -63,118 +47,49 @@ FZipHandle OpenArchive(const std::string& ArchivePath, std::string& OutError)
     return FZipHandle(Archive);
 }
 
-// Empty when the name is safe; RelativePath then holds it with "\" read as "/" and without "."
-// or empty segments. libzip already turns a NUL inside a stored name into a space, so a name can
-// never be cut short behind our back; the NUL check guards against that changing.
-std::string CheckEntryName(std::string_view Name, std::string& OutRelativePath, bool& bOutIsDirectory)
+// What libzip knows of one entry, for the guards every host shares. Unix archivers keep st_mode in
+// the high 16 bits of the external attributes.
+ArchiveEntryGuard::FEntryFacts EntryFacts(zip_t* Archive, zip_uint64_t Index, const zip_stat_t& Stat)
 {
-    if (Name.empty())
-    {
-        return "has an empty name";
-    }
-    if (Name.find('\0') != std::string_view::npos)
-    {
-        return "contains a NUL character";
-    }
-    std::string Normalised(Name);
-    std::replace(Normalised.begin(), Normalised.end(), '\\', '/');
-    const bool bHasDrive = Normalised.size() >= 2 && std::isalpha(static_cast<unsigned char>(Normalised[0])) && Normalised[1] == ':';
-    if (Normalised.front() == '/' || bHasDrive)
-    {
-        return "is an absolute path";
-    }
-    bOutIsDirectory = Normalised.back() == '/';
-    OutRelativePath.clear();
-    std::string_view Rest = Normalised;
-    std::string_view LastSegment;
-    while (!Rest.empty())
-    {
-        const std::size_t Slash = Rest.find('/');
-        LastSegment = Rest.substr(0, Slash);
-        Rest = Slash == std::string_view::npos ? std::string_view() : Rest.substr(Slash + 1);
-        if (LastSegment == "..")
-        {
-            return "climbs out of the destination with '..'";
-        }
-        if (LastSegment.empty() || LastSegment == ".")
-        {
-            continue;
-        }
-        OutRelativePath.append(OutRelativePath.empty() ? "" : "/").append(LastSegment);
-    }
-    if (!bOutIsDirectory && (LastSegment == "." || OutRelativePath.empty()))
-    {
-        return "has no file name";
-    }
-    return {};
-}
-
-// Unix archivers keep st_mode in the high 16 bits; a link would be written as a file holding its
-// target, which is harmless, but an archive that carries one was not made by a plug-in upload.
-std::string CheckEntryKind(zip_t* Archive, zip_uint64_t Index)
-{
+    ArchiveEntryGuard::FEntryFacts Facts;
+    Facts.Name = Stat.name;
     zip_uint8_t OpSys = 0;
     zip_uint32_t Attributes = 0;
-    if (zip_file_get_external_attributes(Archive, Index, 0, &OpSys, &Attributes) != 0 || OpSys != ZIP_OPSYS_UNIX)
+    if (zip_file_get_external_attributes(Archive, Index, 0, &OpSys, &Attributes) == 0 && OpSys == ZIP_OPSYS_UNIX)
     {
-        return {};
+        Facts.UnixMode = Attributes >> 16;
     }
-    const mode_t Type = static_cast<mode_t>(Attributes >> 16) & S_IFMT;
-    if (Type == S_IFLNK)
+    if ((Stat.valid & ZIP_STAT_SIZE) != 0)
     {
-        return "is a symbolic link";
+        Facts.Size = Stat.size;
     }
-    if (Type != 0 && Type != S_IFREG && Type != S_IFDIR)
+    if ((Stat.valid & ZIP_STAT_COMP_SIZE) != 0)
     {
-        return "is neither a file nor a folder";
+        Facts.CompressedSize = Stat.comp_size;
     }
-    return {};
-}
-
-std::string CheckEntrySizes(const zip_stat_t& Stat)
-{
-    if ((Stat.valid & ZIP_STAT_SIZE) == 0 || (Stat.valid & ZIP_STAT_COMP_SIZE) == 0)
+    Facts.bEncrypted = (Stat.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && Stat.encryption_method != ZIP_EM_NONE;
+    if ((Stat.valid & ZIP_STAT_COMP_METHOD) != 0)
     {
-        return "does not declare its size";
+        Facts.Method = static_cast<uint32>(Stat.comp_method);
+        Facts.bMethodReadable = zip_compression_method_supported(Stat.comp_method, 0) != 0;
     }
-    if (Stat.size > FZipArchive::MaxEntrySize)
-    {
-        return "declares " + std::to_string(Stat.size) + " bytes, over the limit of " + std::to_string(FZipArchive::MaxEntrySize >> 30) + " GiB per entry";
-    }
-    const uint64 Ratio = FZipArchive::MaxCompressionRatio;
-    const bool bRatioTooHigh = Stat.comp_size < UINT64_MAX / Ratio && Stat.size > Stat.comp_size * Ratio;
-    if (Stat.size > FZipArchive::RatioCheckedAbove && bRatioTooHigh)
-    {
-        return "declares " + std::to_string(Stat.size) + " bytes from " + std::to_string(Stat.comp_size)
-            + " compressed, over the limit of " + std::to_string(Ratio) + ":1";
-    }
-    if ((Stat.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && Stat.encryption_method != ZIP_EM_NONE)
-    {
-        return "is encrypted";
-    }
-    if ((Stat.valid & ZIP_STAT_COMP_METHOD) != 0 && !zip_compression_method_supported(Stat.comp_method, 0))
-    {
-        return "uses compression method " + std::to_string(Stat.comp_method) + ", which cannot be read";
-    }
-    return {};
-}
-
-void AddParentDirectories(const std::string& RelativePath, std::set<std::string>& Directories)
-{
-    for (std::size_t Slash = RelativePath.find('/'); Slash != std::string::npos; Slash = RelativePath.find('/', Slash + 1))
-    {
-        Directories.insert(RelativePath.substr(0, Slash));
-    }
+    return Facts;
 }
 
 // Reads the whole central directory and refuses the archive at its first unsafe entry.
-bool PlanExtraction(zip_t* Archive, const std::string& ArchivePath, FExtractionPlan& OutPlan, std::string& OutError)
+// libzip already turns a NUL inside a stored name into a space, so a name can never be cut short
+// behind our back; the guards' NUL check covers that changing.
+bool PlanExtraction(zip_t* Archive, const std::string& ArchivePath, ArchiveEntryGuard::FExtractionPlan& OutPlan, std::string& OutError)
 {
     const zip_int64_t Count = zip_get_num_entries(Archive, 0);
-    if (Count < 0 || static_cast<uint64>(Count) > FZipArchive::MaxEntryCount)
+    if (Count < 0)
     {
-        OutError = "Refused archive '" + ArchivePath + "': it holds " + std::to_string(Count) + " entries, over the limit of "
-            + std::to_string(FZipArchive::MaxEntryCount);
+        OutError = "Cannot read the entries of '" + ArchivePath + "': " + zip_strerror(Archive);
+        return false;
+    }
+    OutError = ArchiveEntryGuard::CheckEntryCount(ArchivePath, static_cast<uint64>(Count));
+    if (!OutError.empty())
+    {
         return false;
     }
     OutPlan.Files.reserve(static_cast<std::size_t>(Count));
@@ -187,49 +102,12 @@ bool PlanExtraction(zip_t* Archive, const std::string& ArchivePath, FExtractionP
             OutError = "Cannot read entry " + std::to_string(Index) + " of '" + ArchivePath + "': " + zip_strerror(Archive);
             return false;
         }
-        std::string RelativePath;
-        bool bIsDirectory = false;
-        std::string Reason = CheckEntryName(Stat.name, RelativePath, bIsDirectory);
-        if (Reason.empty())
+        if (!ArchiveEntryGuard::PlanEntry(ArchivePath, Index, EntryFacts(Archive, Index, Stat), OutPlan, OutError))
         {
-            Reason = CheckEntryKind(Archive, Index);
-        }
-        if (Reason.empty())
-        {
-            Reason = CheckEntrySizes(Stat);
-        }
-        if (!Reason.empty())
-        {
-            OutError = "Refused archive '" + ArchivePath + "': entry '" + Stat.name + "' " + Reason;
-            return false;
-        }
-        AddParentDirectories(RelativePath, OutPlan.Directories);
-        if (bIsDirectory)
-        {
-            if (!RelativePath.empty())
-            {
-                OutPlan.Directories.insert(RelativePath);
-            }
-            continue;
-        }
-        OutPlan.TotalSize += Stat.size;
-        OutPlan.Files.push_back({ Index, Stat.name, std::move(RelativePath), Stat.size });
-    }
-    if (OutPlan.TotalSize > FZipArchive::MaxTotalSize)
-    {
-        OutError = "Refused archive '" + ArchivePath + "': its entries declare " + std::to_string(OutPlan.TotalSize)
-            + " bytes in total, over the limit of " + std::to_string(FZipArchive::MaxTotalSize >> 30) + " GiB";
-        return false;
-    }
-    for (const FPlannedFile& File : OutPlan.Files)
-    {
-        if (OutPlan.Directories.contains(File.RelativePath))
-        {
-            OutError = "Refused archive '" + ArchivePath + "': entry '" + File.Name + "' is both a file and a folder";
             return false;
         }
     }
-    return true;
+    return ArchiveEntryGuard::FinishPlan(ArchivePath, OutPlan, OutError);
 }
 
 // Each folder once, parents first; one mkdir per folder, a stat only when it already exists.
@@ -287,7 +165,7 @@ int OpenForWriting(const std::string& Path)
 }
 
 // Streams one entry to disk. A file that fails half-way is removed rather than left truncated.
-bool ExtractFile(zip_t* Archive, const FPlannedFile& File, const std::string& Root, std::vector<char>& Buffer, std::string& OutError)
+bool ExtractFile(zip_t* Archive, const ArchiveEntryGuard::FPlannedFile& File, const std::string& Root, std::vector<char>& Buffer, std::string& OutError)
 {
     const std::string Path = Root + "/" + File.RelativePath;
     zip_file_t* Entry = zip_fopen_index(Archive, File.Index, 0);
@@ -364,7 +242,7 @@ bool FZipArchive::ExtractAll(const std::string& ArchivePath, const std::string& 
     {
         return false;
     }
-    FExtractionPlan Plan;
+    ArchiveEntryGuard::FExtractionPlan Plan;
     const std::string Root = WithoutTrailingSlashes(DestinationDir);
     if (!PlanExtraction(Archive.get(), ArchivePath, Plan, OutError) || !CreateDirectories(Root, Plan.Directories, OutError))
     {
@@ -373,7 +251,7 @@ bool FZipArchive::ExtractAll(const std::string& ArchivePath, const std::string& 
     // In archive order, so the archive is read front to back. Extracting with one handle per
     // thread was measured no faster on two cores: creating the files, not inflating, is the cost.
     std::vector<char> Buffer(ReadChunkSize);
-    for (const FPlannedFile& File : Plan.Files)
+    for (const ArchiveEntryGuard::FPlannedFile& File : Plan.Files)
     {
         if (!ExtractFile(Archive.get(), File, Root, Buffer, OutError))
         {

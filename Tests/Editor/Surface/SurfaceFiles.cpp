@@ -1,5 +1,6 @@
 // The file manager, file helper and paths of the engine surface, over the real file system.
 
+#include "Surface/SurfaceFileArchives.h"
 #include "Surface/SurfaceTestState.h"
 
 #include "HAL/FileManager.h"
@@ -80,8 +81,8 @@ public:
 		const auto Size = fs::file_size(PathOf(Filename), Error);
 		return Error ? -1 : static_cast<int64>(Size);
 	}
-	FArchive* CreateFileReader(const TCHAR* /*Filename*/, uint32 /*ReadFlags*/) override { return nullptr; }
-	FArchive* CreateFileWriter(const TCHAR* /*Filename*/, uint32 /*WriteFlags*/) override { return nullptr; }
+	FArchive* CreateFileReader(const TCHAR* Filename, uint32 /*ReadFlags*/) override { return SurfaceFileArchives::OpenReader(Utf8(Filename)); }
+	FArchive* CreateFileWriter(const TCHAR* Filename, uint32 WriteFlags) override { return SurfaceFileArchives::OpenWriter(Utf8(Filename), WriteFlags); }
 };
 }
 

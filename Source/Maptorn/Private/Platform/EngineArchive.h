@@ -3,14 +3,12 @@
 #include "CoreMinimal.h"
 #include "Platform/ArchivePort.h"
 
-// Stand-in until the editor carries a ZIP library: every extraction fails with a reason the
-// workshop shows to the user, so a source-plug-in download ends cleanly instead of hanging.
+// Extracts downloaded shared source plug-ins with the editor's own streaming ZIP reader over the
+// engine's zlib (Platform/Zip*.h), writing through the engine's file manager. Every entry passes
+// the guards the standalone host also uses (Transfer/ArchiveEntryGuard.h) before the first byte
+// is written; a failure part-way removes every file and folder the extraction created.
 class FEngineArchive final : public Maptorn::IMaptornArchive
 {
 public:
-	bool ExtractAll(const std::string& /*ArchivePath*/, const std::string& /*DestinationDir*/, std::string& OutError) override
-	{
-		OutError = "ZIP extraction is not available in this build";
-		return false;
-	}
+	bool ExtractAll(const std::string& ArchivePath, const std::string& DestinationDir, std::string& OutError) override;
 };
