@@ -83,3 +83,19 @@ public:
 	}
 	TArray<SlotArgsType> Slots;
 };
+
+// A widget whose children are the slots it was given and those added since (Panel->AddSlot()...).
+template <typename SlotArgsType, typename WidgetBase>
+class TPanelOfSlots : public WidgetBase
+{
+public:
+	using FScopedWidgetSlotArguments = TScopedSlotArguments<SlotArgsType, TPanelSlots<SlotArgsType>>;
+
+	FScopedWidgetSlotArguments AddSlot() { return FScopedWidgetSlotArguments(&Children); }
+	void ClearChildren() { Children.ClearSlots(); }
+	int32 NumSlots() const { return Children.NumSlots(); }
+	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
+
+protected:
+	TPanelSlots<SlotArgsType> Children;
+};

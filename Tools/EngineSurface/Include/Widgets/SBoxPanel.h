@@ -6,23 +6,37 @@
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SPanel.h"
 
-class SHorizontalBox : public SPanel
+// A box slot's share of the panel: its content's own size, or a part of what is left.
+template <typename SlotArgsType>
+struct TBoxSlotArguments : public TSlotArgumentsBase<SlotArgsType>
+{
+	bool bAutoSize = false;
+	TAttribute<float> Fill = 1.0f;
+	TAttribute<float> Max;
+};
+
+struct FHorizontalBoxSlotArguments : public TBoxSlotArguments<FHorizontalBoxSlotArguments>
+{
+	FHorizontalBoxSlotArguments& AutoWidth() { bAutoSize = true; return Me(); }
+	FHorizontalBoxSlotArguments& FillWidth(TAttribute<float> InStretchCoefficient) { bAutoSize = false; Fill = InStretchCoefficient; return Me(); }
+	FHorizontalBoxSlotArguments& MaxWidth(TAttribute<float> InMaxWidth) { Max = InMaxWidth; return Me(); }
+};
+
+struct FVerticalBoxSlotArguments : public TBoxSlotArguments<FVerticalBoxSlotArguments>
+{
+	FVerticalBoxSlotArguments& AutoHeight() { bAutoSize = true; return Me(); }
+	FVerticalBoxSlotArguments& FillHeight(TAttribute<float> InStretchCoefficient) { bAutoSize = false; Fill = InStretchCoefficient; return Me(); }
+	FVerticalBoxSlotArguments& MaxHeight(TAttribute<float> InMaxHeight) { Max = InMaxHeight; return Me(); }
+};
+
+class SHorizontalBox : public TPanelOfSlots<FHorizontalBoxSlotArguments, SPanel>
 {
 public:
 	class FSlot
 	{
 	public:
-		struct FSlotArguments : public TSlotArgumentsBase<FSlotArguments>
-		{
-			FSlotArguments& AutoWidth() { bAutoSize = true; return Me(); }
-			FSlotArguments& FillWidth(TAttribute<float> InStretchCoefficient) { bAutoSize = false; Fill = InStretchCoefficient; return Me(); }
-			FSlotArguments& MaxWidth(TAttribute<float> InMaxWidth) { Max = InMaxWidth; return Me(); }
-			bool bAutoSize = false;
-			TAttribute<float> Fill = 1.0f;
-			TAttribute<float> Max;
-		};
+		using FSlotArguments = FHorizontalBoxSlotArguments;
 	};
-	using FScopedWidgetSlotArguments = TScopedSlotArguments<FSlot::FSlotArguments, TPanelSlots<FSlot::FSlotArguments>>;
 
 	SLATE_BEGIN_ARGS(SHorizontalBox) {}
 		SLATE_SLOT_ARGUMENT(FSlot, Slots)
@@ -30,32 +44,16 @@ public:
 
 	static FSlot::FSlotArguments Slot() { return FSlot::FSlotArguments(); }
 	void Construct(const FArguments& InArgs) { Children.Slots = InArgs._Slots; }
-	FScopedWidgetSlotArguments AddSlot() { return FScopedWidgetSlotArguments(&Children); }
-	void ClearChildren() { Children.ClearSlots(); }
-	int32 NumSlots() const { return Children.NumSlots(); }
-	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
-
-private:
-	TPanelSlots<FSlot::FSlotArguments> Children;
 };
 
-class SVerticalBox : public SPanel
+class SVerticalBox : public TPanelOfSlots<FVerticalBoxSlotArguments, SPanel>
 {
 public:
 	class FSlot
 	{
 	public:
-		struct FSlotArguments : public TSlotArgumentsBase<FSlotArguments>
-		{
-			FSlotArguments& AutoHeight() { bAutoSize = true; return Me(); }
-			FSlotArguments& FillHeight(TAttribute<float> InStretchCoefficient) { bAutoSize = false; Fill = InStretchCoefficient; return Me(); }
-			FSlotArguments& MaxHeight(TAttribute<float> InMaxHeight) { Max = InMaxHeight; return Me(); }
-			bool bAutoSize = false;
-			TAttribute<float> Fill = 1.0f;
-			TAttribute<float> Max;
-		};
+		using FSlotArguments = FVerticalBoxSlotArguments;
 	};
-	using FScopedWidgetSlotArguments = TScopedSlotArguments<FSlot::FSlotArguments, TPanelSlots<FSlot::FSlotArguments>>;
 
 	SLATE_BEGIN_ARGS(SVerticalBox) {}
 		SLATE_SLOT_ARGUMENT(FSlot, Slots)
@@ -63,11 +61,4 @@ public:
 
 	static FSlot::FSlotArguments Slot() { return FSlot::FSlotArguments(); }
 	void Construct(const FArguments& InArgs) { Children.Slots = InArgs._Slots; }
-	FScopedWidgetSlotArguments AddSlot() { return FScopedWidgetSlotArguments(&Children); }
-	void ClearChildren() { Children.ClearSlots(); }
-	int32 NumSlots() const { return Children.NumSlots(); }
-	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
-
-private:
-	TPanelSlots<FSlot::FSlotArguments> Children;
 };

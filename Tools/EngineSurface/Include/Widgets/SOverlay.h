@@ -6,17 +6,18 @@
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SPanel.h"
 
-class SOverlay : public SPanel
+struct FOverlaySlotArguments : public TSlotArgumentsBase<FOverlaySlotArguments>
+{
+};
+
+class SOverlay : public TPanelOfSlots<FOverlaySlotArguments, SPanel>
 {
 public:
 	class FOverlaySlot
 	{
 	public:
-		struct FSlotArguments : public TSlotArgumentsBase<FSlotArguments>
-		{
-		};
+		using FSlotArguments = FOverlaySlotArguments;
 	};
-	using FScopedWidgetSlotArguments = TScopedSlotArguments<FOverlaySlot::FSlotArguments, TPanelSlots<FOverlaySlot::FSlotArguments>>;
 
 	SLATE_BEGIN_ARGS(SOverlay) {}
 		SLATE_SLOT_ARGUMENT(FOverlaySlot, Slots)
@@ -24,10 +25,4 @@ public:
 
 	static FOverlaySlot::FSlotArguments Slot() { return FOverlaySlot::FSlotArguments(); }
 	void Construct(const FArguments& InArgs) { Children.Slots = InArgs._Slots; }
-	FScopedWidgetSlotArguments AddSlot() { return FScopedWidgetSlotArguments(&Children); }
-	void ClearChildren() { Children.ClearSlots(); }
-	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
-
-private:
-	TPanelSlots<FOverlaySlot::FSlotArguments> Children;
 };

@@ -9,17 +9,18 @@
 #include "Widgets/SCompoundWidget.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 
-class SScrollBox : public SCompoundWidget
+struct FScrollBoxSlotArguments : public TSlotArgumentsBase<FScrollBoxSlotArguments>
+{
+};
+
+class SScrollBox : public TPanelOfSlots<FScrollBoxSlotArguments, SCompoundWidget>
 {
 public:
 	class FSlot
 	{
 	public:
-		struct FSlotArguments : public TSlotArgumentsBase<FSlotArguments>
-		{
-		};
+		using FSlotArguments = FScrollBoxSlotArguments;
 	};
-	using FScopedWidgetSlotArguments = TScopedSlotArguments<FSlot::FSlotArguments, TPanelSlots<FSlot::FSlotArguments>>;
 
 	SLATE_BEGIN_ARGS(SScrollBox) : _Orientation(EOrientation::Orient_Vertical) {}
 		SLATE_SLOT_ARGUMENT(FSlot, Slots)
@@ -28,16 +29,11 @@ public:
 
 	static FSlot::FSlotArguments Slot() { return FSlot::FSlotArguments(); }
 	void Construct(const FArguments& InArgs) { Children.Slots = InArgs._Slots; }
-	FScopedWidgetSlotArguments AddSlot() { return FScopedWidgetSlotArguments(&Children); }
-	void ClearChildren() { Children.ClearSlots(); }
 	void ScrollToStart() { ScrollOffset = 0.0f; }
 	void ScrollToEnd() {}
 	void SetScrollOffset(float NewScrollOffset) { ScrollOffset = NewScrollOffset; }
 	float GetScrollOffset() const { return ScrollOffset; }
-	int32 NumSlots() const { return Children.NumSlots(); }
-	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
 
 private:
-	TPanelSlots<FSlot::FSlotArguments> Children;
 	float ScrollOffset = 0.0f;
 };
