@@ -3,8 +3,8 @@
 
 #include "Platform/EngineDefinitions.h"
 
-#include "Surface/SurfaceObjects.h"
-#include "Surface/SurfaceTestState.h"
+#include "EditorEngine/SurfaceObjects.h"
+#include "EditorEngine/SurfaceTestState.h"
 
 #include "Kelvor_Map.h"
 #include "Kelvor_Mod.h"

@@ -1,8 +1,8 @@
 // A small object system for the editor tests: packages, objects by path, the three definition
 // classes of the game with their properties, dirty marks and saves.
 
-#include "Surface/SurfaceObjects.h"
-#include "Surface/SurfaceTestState.h"
+#include "EditorEngine/SurfaceObjects.h"
+#include "EditorEngine/SurfaceTestState.h"
 
 #include "AssetRegistry/AssetRegistryModule.h"
 #include "FileHelpers.h"

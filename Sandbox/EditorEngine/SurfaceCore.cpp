@@ -1,7 +1,7 @@
-// The working implementation of the engine surface's core services for the editor tests:
+// The working implementation of the engine surface's core services, the editor module's stand-in engine:
 // formatting, logging, configuration, modules, message boxes, processes, the game thread's queue.
 
-#include "Surface/SurfaceTestState.h"
+#include "EditorEngine/SurfaceTestState.h"
 
 #include "Async/Async.h"
 #include "CoreGlobals.h"

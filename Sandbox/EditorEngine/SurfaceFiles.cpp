@@ -1,7 +1,7 @@
 // The file manager, file helper and paths of the engine surface, over the real file system.
 
-#include "Surface/SurfaceFileArchives.h"
-#include "Surface/SurfaceTestState.h"
+#include "EditorEngine/SurfaceFileArchives.h"
+#include "EditorEngine/SurfaceTestState.h"
 
 #include "HAL/FileManager.h"
 #include "Misc/FileHelper.h"

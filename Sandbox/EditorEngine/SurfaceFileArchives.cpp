@@ -1,6 +1,6 @@
 // IFileManager::CreateFileReader and CreateFileWriter of the engine surface.
 
-#include "Surface/SurfaceFileArchives.h"
+#include "EditorEngine/SurfaceFileArchives.h"
 
 #include "HAL/FileManager.h"
 
