@@ -303,10 +303,20 @@ namespace SurfaceObjects
 {
 void UnloadPackage(const FString& PackageName)
 {
+	// The package's objects go first and the package last, as the garbage collector frees them.
 	std::vector<const UObject*> Doomed;
+	const UObject* Package = nullptr;
 	for (const auto& [Object, Record] : Objects())
 	{
-		if (Object->GetPackage()->GetName().Equals(PackageName) && Record.Class != UPackage::StaticClass())
+		if (!Object->GetPackage()->GetName().Equals(PackageName))
+		{
+			continue;
+		}
+		if (Record.Class == UPackage::StaticClass())
+		{
+			Package = Object;
+		}
+		else
 		{
 			Doomed.push_back(Object);
 		}
@@ -315,5 +325,6 @@ void UnloadPackage(const FString& PackageName)
 	{
 		delete Object;
 	}
+	delete Package;
 }
 }
