@@ -107,3 +107,24 @@ TEST_F(PluginDownload, QueuedDownloadsRunOneAfterAnother)
     EXPECT_TRUE(fs::exists(Plugin("UGC1005") / "UGC1005.uplugin"));
     EXPECT_TRUE(fs::exists(Plugin("UGC1006") / "UGC1006.uplugin"));
 }
+
+TEST_F(PluginDownload, ACancelDuringExtractionWaitsForTheWorkerThenLeavesNothingAndThePluginAsItWas)
+{
+    fs::create_directories(Plugin("UGC1005"));
+    WriteTextFile(Plugin("UGC1005") / "UGC1005.uplugin", "my work");
+    const FSourceModInfo Record = Fetch("1005");
+    Client().QueueDownload(Record);
+
+    // Only the game thread's completions run, so the download stops in Extracting: the module's
+    // tick, which would install, has not run yet when the cancel (the host's Ctrl-C) arrives.
+    TickUntil([&] { return Client().ActiveDownload->GetState() == EPluginDownloadState::Extracting; });
+    const std::shared_ptr<FPluginModDownload> Download = Client().ActiveDownload;
+    Client().CancelDownloads();
+    Tick([&] { return !Client().ActiveDownload; });
+
+    EXPECT_EQ(Download->GetState(), EPluginDownloadState::Failed);
+    EXPECT_FALSE(fs::exists(Download->ArchivePath()));
+    EXPECT_FALSE(fs::exists(Download->ExtractFolder()));
+    EXPECT_EQ(ReadTextFile(Plugin("UGC1005") / "UGC1005.uplugin"), "my work");
+    EXPECT_EQ(Client().FinishedDownloads.count("1005"), 0u);
+}
