@@ -245,4 +245,15 @@ double MegabytesPerSecond(std::uint64_t Bytes, double Seconds)
 {
     return Seconds > 0.0 ? static_cast<double>(Bytes) / 1e6 / Seconds : 0.0;
 }
+
+const char* Verdict(double Ratio, double TargetRatio, double PeakRssMiB, double RssLimitMiB)
+{
+    return Ratio >= TargetRatio && PeakRssMiB < RssLimitMiB ? "targets met" : "TARGET MISSED";
+}
+
+int Failure(const char* Benchmark, const std::string& Message)
+{
+    std::fprintf(stderr, "%s benchmark: %s\n", Benchmark, Message.c_str());
+    return 1;
+}
 }

@@ -48,4 +48,12 @@ double Median(std::vector<double> Values);
 
 // Decimal megabytes per second, as download tools print them.
 double MegabytesPerSecond(std::uint64_t Bytes, double Seconds);
+
+// The last word of a benchmark's summary: whether the ratio reached its target and the peak
+// memory stayed under its limit.
+const char* Verdict(double Ratio, double TargetRatio, double PeakRssMiB, double RssLimitMiB);
+
+// Says why a benchmark could not run ("<name> benchmark: <message>" on stderr); answers 1, its
+// exit code.
+int Failure(const char* Benchmark, const std::string& Message);
 }

@@ -44,12 +44,6 @@ constexpr double RssLimitMiB = 64.0;
 const std::string ModName = "UGCBench";
 const std::string PluginName = "UGC4242";
 
-int Fail(const std::string& Message)
-{
-    std::fprintf(stderr, "install benchmark: %s\n", Message.c_str());
-    return 1;
-}
-
 struct FShape
 {
     uint64 LargeFileBytes = 200ull << 20;
@@ -144,25 +138,6 @@ bool WritePluginArchive(const std::string& Folder, const FShape& Shape, const st
     return bClosed;
 }
 
-bool PublishArchive(const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& ZipPath, const std::string& AnswerPath,
-    std::string& OutUrl, std::string& OutError)
-{
-    std::string Status;
-    if (!RunCommand(Sandbox.CurlFormUploadCommand(ModId, ZipPath, AnswerPath), Status) || Status != "201")
-    {
-        OutError = "the archive was not accepted (HTTP " + Status + ")";
-        return false;
-    }
-    const nlohmann::json Modfile = nlohmann::json::parse(FileHelper::LoadFileToString(AnswerPath).value_or(""), nullptr, false);
-    if (Modfile.is_discarded() || !Modfile.contains("download") || !Modfile["download"].contains("binary_url"))
-    {
-        OutError = "the new mod file has no download URL";
-        return false;
-    }
-    OutUrl = Modfile["download"]["binary_url"].get<std::string>();
-    return true;
-}
-
 // The workshop's install, from the first request to the plug-in in Plugins/; negative when it failed.
 double TimeOurInstall(FBenchPlatform& Bench, FMaptornPlatform& Platform, const std::string& Url, const std::string& ModId,
     const std::string& ProjectDir)
@@ -231,27 +206,24 @@ int main(int ArgCount, char** Args)
     FBenchFolder Folder("maptorn-install-bench");
     if (Folder.Path().empty())
     {
-        return Fail("cannot make a temporary folder");
+        return Failure("install", "cannot make a temporary folder");
     }
     const std::string ZipPath = Paths::Combine(Folder.Path(), ModName + ".zip");
     if (!WritePluginArchive(Folder.Path(), Shape, ZipPath))
     {
-        return Fail("cannot write " + ZipPath);
+        return Failure("install", "cannot write " + ZipPath);
     }
     const int64 ArchiveSize = FileSystem::FileSize(ZipPath);
     FSandboxProcess Sandbox;
     std::string Error;
     std::string ModId;
     std::string Url;
-    if (!Sandbox.Start(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), Error) ||
-        !Sandbox.LogInModder(Error) || !Sandbox.FindOwnMod(ModId, Error) ||
-        !PublishArchive(Sandbox, ModId, ZipPath, Paths::Combine(Folder.Path(), "modfile.json"), Url, Error))
+    if (!Sandbox.StartWithModder(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), ModId, Error) ||
+        !Sandbox.PublishArchive(ModId, ZipPath, Paths::Combine(Folder.Path(), "modfile.json"), Url, Error))
     {
-        return Fail(Error);
+        return Failure("install", Error);
     }
     FileSystem::DeleteFile(ZipPath);
-    std::string Ignored;
-    RunCommand("curl -s -o /dev/null " + ShellQuote(Url), Ignored); // the sandbox's first read is slower; charged to no one
     std::printf("install: %.1f MiB archive (3 x %.1f MiB and %d small files) from %s\n", static_cast<double>(ArchiveSize) / (1 << 20),
         static_cast<double>(Shape.LargeFileBytes) / (1 << 20), Shape.SmallFiles, Url.c_str());
 
@@ -268,7 +240,7 @@ int main(int ArgCount, char** Args)
             [&] { Theirs.push_back(TimeCurlAndUnzip(Url, Folder.Path(), TheirPeak)); });
         if (Ours.back() < 0 || Theirs.back() < 0)
         {
-            return Fail(std::string(Ours.back() < 0 ? "our install" : "curl and unzip") + " did not finish; the sandbox's last lines:\n" +
+            return Failure("install", std::string(Ours.back() < 0 ? "our install" : "curl and unzip") + " did not finish; the sandbox's last lines:\n" +
                 Sandbox.LogTail(10));
         }
         std::printf("run %d: maptorn %.3f s, curl -o && unzip -q %.3f s\n", Run + 1, Ours.back(), Theirs.back());
@@ -278,6 +250,6 @@ int main(int ArgCount, char** Args)
     std::printf("install: maptorn %.2f s, curl -o && unzip -q %.2f s, ratio %.2f (target %.2f), peak RSS %.1f MiB (limit %.0f), "
                 "curl/unzip peak %.1f MiB (-1: /usr/bin/time missing): %s\n",
         Median(Ours), Median(Theirs), Ratio, TargetRatio, PeakRss, RssLimitMiB, TheirPeak,
-        Ratio >= TargetRatio && PeakRss < RssLimitMiB ? "targets met" : "TARGET MISSED");
+        Verdict(Ratio, TargetRatio, PeakRss, RssLimitMiB));
     return 0;
 }

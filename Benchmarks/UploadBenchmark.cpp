@@ -30,8 +30,8 @@ namespace
 {
 constexpr int Runs = 3;
 constexpr double TransferTimeoutSeconds = 600.0;
-constexpr double TargetRatio = 0.90;
-constexpr double RssLimitMiB = 128.0;
+constexpr double TargetRatio = 0.95;
+constexpr double RssLimitMiB = 64.0;
 const std::string FileName = "UGCBench.zip";
 
 using FClock = std::chrono::steady_clock;
@@ -46,12 +46,6 @@ struct FTimings
 {
     std::vector<double> OursTotal, OursSending, Curl;
 };
-
-int Fail(const std::string& Message)
-{
-    std::fprintf(stderr, "upload benchmark: %s\n", Message.c_str());
-    return 1;
-}
 
 double Seconds(FClock::time_point From, FClock::time_point To)
 {
@@ -137,7 +131,7 @@ bool Compare(const FBenchFolder& Folder, const FSandboxProcess& Sandbox, const s
             });
         if (Our.Total < 0 || Out.Curl.back() < 0)
         {
-            Fail(std::string(Our.Total < 0 ? "our upload" : "curl's upload") + " was not accepted; the sandbox's last lines:\n" +
+            Failure("upload", std::string(Our.Total < 0 ? "our upload" : "curl's upload") + " was not accepted; the sandbox's last lines:\n" +
                  Sandbox.LogTail(10));
             return false;
         }
@@ -162,15 +156,14 @@ int main(int ArgCount, char** Args)
     if (Folder.Path().empty() || !FileSystem::CreateDirectoryTree(Paths::GetPath(ZipPath)) ||
         !WriteStoredZip(ZipPath, "UGCBench/Content/Payload.bin", Size))
     {
-        return Fail("cannot write " + ZipPath);
+        return Failure("upload", "cannot write " + ZipPath);
     }
     const uint64 ZipSize = static_cast<uint64>(FileSystem::FileSize(ZipPath));
     FSandboxProcess Sandbox;
     std::string Error, ModId;
-    if (!Sandbox.Start(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), Error) ||
-        !Sandbox.LogInModder(Error) || !Sandbox.FindOwnMod(ModId, Error))
+    if (!Sandbox.StartWithModder(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), ModId, Error))
     {
-        return Fail(Error);
+        return Failure("upload", Error);
     }
     std::printf("upload: %.1f MiB archive to %s\n", static_cast<double>(ZipSize) / (1 << 20), Sandbox.ModFilesUrl(ModId).c_str());
 
@@ -189,6 +182,6 @@ int main(int ArgCount, char** Args)
                 "(sending alone %.2f; target %.2f), peak RSS %.1f MiB (limit %.0f): %s\n",
                 Total, MegabytesPerSecond(ZipSize, Total), Sending, MegabytesPerSecond(ZipSize, Sending), Curl,
                 MegabytesPerSecond(ZipSize, Curl), Ratio, Curl / Sending, TargetRatio, PeakRss, RssLimitMiB,
-                Ratio >= TargetRatio && PeakRss < RssLimitMiB ? "targets met" : "TARGET MISSED");
+                Verdict(Ratio, TargetRatio, PeakRss, RssLimitMiB));
     return 0;
 }

@@ -183,6 +183,37 @@ std::string FSandboxProcess::CurlFormUploadCommand(const std::string& ModId, con
            ShellQuote(ModFilesUrl(ModId));
 }
 
+bool FSandboxProcess::StartWithModder(const std::string& DataDir, const std::string& LogPath, std::string& OutModId, std::string& OutError)
+{
+    return Start(DataDir, LogPath, OutError) && LogInModder(OutError) && FindOwnMod(OutModId, OutError);
+}
+
+bool FSandboxProcess::PublishArchive(const std::string& ModId, const std::string& ZipPath, const std::string& AnswerPath, std::string& OutUrl,
+                                     std::string& OutError) const
+{
+    std::string Status;
+    if (!RunCommand(CurlFormUploadCommand(ModId, ZipPath, AnswerPath), Status) || Status != "201")
+    {
+        OutError = "the archive was not accepted (HTTP " + Status + "): " + FileHelper::LoadFileToString(AnswerPath).value_or("");
+        return false;
+    }
+    const nlohmann::json Modfile = ParseJson(FileHelper::LoadFileToString(AnswerPath).value_or(""));
+    if (Modfile.is_discarded() || !Modfile.contains("download") || !Modfile["download"].contains("binary_url") ||
+        !Modfile["download"]["binary_url"].is_string())
+    {
+        OutError = "the new mod file has no download URL";
+        return false;
+    }
+    OutUrl = Modfile["download"]["binary_url"].get<std::string>();
+    std::string Ignored;
+    if (!RunCommand("curl -s -o /dev/null " + ShellQuote(OutUrl), Ignored))
+    {
+        OutError = "curl cannot fetch " + OutUrl;
+        return false;
+    }
+    return true;
+}
+
 bool RunCommand(const std::string& Command, std::string& OutStdOut, double* OutSeconds)
 {
     OutStdOut.clear();

@@ -36,9 +36,17 @@ public:
     bool FindOwnMod(std::string& OutModId, std::string& OutError) const;
     std::string ModFilesUrl(const std::string& ModId) const;
 
+    // Start, LogInModder and FindOwnMod in one: the service ready for a benchmark's transfers.
+    bool StartWithModder(const std::string& DataDir, const std::string& LogPath, std::string& OutModId, std::string& OutError);
+
     // Adds ZipPath to the mod's files with `curl -F`, as a person would from a shell: curl's
     // command line, writing the answer's body to BodyPath and printing only the status code.
     std::string CurlFormUploadCommand(const std::string& ModId, const std::string& ZipPath, const std::string& BodyPath) const;
+    // Runs that command and answers the new mod file's download URL (the answer stays in
+    // AnswerPath), then fetches the file once untimed: the service's first read of a freshly
+    // stored file is slower than any later one and would be charged to whoever went first.
+    bool PublishArchive(const std::string& ModId, const std::string& ZipPath, const std::string& AnswerPath, std::string& OutUrl,
+                        std::string& OutError) const;
 
 private:
     bool WaitUntilListening(const std::string& LogPath, std::string& OutError);
