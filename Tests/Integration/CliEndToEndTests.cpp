@@ -5,13 +5,13 @@
 #include "ModioService/SandboxZip.h"
 #include "Process/SandboxProcess.h"
 #include "Sample/SampleProject.h"
+#include "Support/CliEnvironment.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
 #include <filesystem>
 
 using namespace Maptorn;
@@ -28,12 +28,7 @@ protected:
         Sample::FSampleOptions Options;
         Options.StandinBinary = MAPTORN_STANDIN_PATH;
         Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
-        setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
-        for (const char* Name : {"MAPTORN_CONFIG", "MAPTORN_PROJECT", "MAPTORN_ENGINE", "MAPTORN_MODIO_URL", "MAPTORN_MODIO_GAME_ID", "MAPTORN_MODIO_API_KEY"})
-        {
-            unsetenv(Name);
-        }
-        WriteTextFile(Temp.Path() / "api-key", std::string(Sandbox::FSandboxProcess::ApiKey) + "\n");
+        IsolateCliEnvironment(Temp, std::string(Sandbox::FSandboxProcess::ApiKey));
         bStarted = Service.Start(Temp.Dir() + "ServiceData", Temp.Dir() + "service.log", StartError);
     }
 

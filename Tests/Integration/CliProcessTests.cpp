@@ -6,6 +6,7 @@
 #include "ModioService/ModioSandbox.h"
 #include "Platform/StandaloneProcesses.h"
 #include "Sample/SampleProject.h"
+#include "Support/CliEnvironment.h"
 #include "Support/ProjectSnapshot.h"
 #include "Support/TempDir.h"
 
@@ -39,12 +40,7 @@ protected:
         Sample::FSampleOptions Options;
         Options.StandinBinary = MAPTORN_STANDIN_PATH;
         Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
-        setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
-        for (const char* Name : {"MAPTORN_CONFIG", "MAPTORN_PROJECT", "MAPTORN_ENGINE", "MAPTORN_MODIO_URL", "MAPTORN_MODIO_GAME_ID", "MAPTORN_MODIO_API_KEY"})
-        {
-            unsetenv(Name);
-        }
-        WriteTextFile(Temp.Path() / "api-key", std::string(ApiKey) + "\n");
+        IsolateCliEnvironment(Temp, std::string(ApiKey));
         fs::create_directories(Temp.Path() / "tmp");
         bStarted = Service.Start(StartError);
     }

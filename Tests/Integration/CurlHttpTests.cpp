@@ -1,6 +1,7 @@
 #include "Platform/CurlHttp.h"
 #include "Platform/StandaloneTasks.h"
 #include "Support/TempDir.h"
+#include "Support/TestZip.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
@@ -25,6 +26,7 @@
 #include <unistd.h>
 
 using namespace Maptorn;
+using Maptorn::Testing::VariedBytes;
 namespace fs = std::filesystem;
 
 namespace
@@ -50,19 +52,6 @@ struct FServerRequest
     }
     std::string Header(const std::string& Name) const { return All(Name).empty() ? "" : All(Name).back(); }
 };
-
-// Bytes with no period that lines up with a buffer size, so a lost or repeated chunk shows.
-std::string MakeBytes(std::size_t Size, unsigned Seed)
-{
-    std::string Bytes(Size, '\0');
-    unsigned State = Seed * 2654435761u + 1;
-    for (char& Byte : Bytes)
-    {
-        State = State * 1664525u + 1013904223u;
-        Byte = static_cast<char>(State >> 24);
-    }
-    return Bytes;
-}
 
 std::string ReadFile(const fs::path& Path)
 {
@@ -274,7 +263,7 @@ protected:
     // A full round trip behind it proves that nothing else was still on its way.
     void DrainWithAnotherRequest() { EXPECT_EQ(Run(NewRequest("GET", "/hello"))->Completions, 1); }
 
-    const std::string Blob = MakeBytes(3 * 1024 * 1024 + 17, 7);
+    const std::string Blob = VariedBytes(3 * 1024 * 1024 + 17, 7);
     httplib::Server Server;
     int Port = 0;
     std::thread Listener;
@@ -576,7 +565,7 @@ TEST_F(CurlHttp, ManyConcurrentRequestsEachCompleteOnceWithTheirOwnAnswer)
     for (int Index = 0; Index < 20; ++Index)
     {
         const std::string Body =
-            "request " + std::to_string(Index) + " " + MakeBytes(static_cast<std::size_t>(Index) * 7919, Index);
+            "request " + std::to_string(Index) + " " + VariedBytes(static_cast<std::size_t>(Index) * 7919, Index);
         FHttpRequestPtr Request = NewRequest("POST", "/echo");
         Request->SetContentAsString(Body);
         Running.emplace_back(Body, Watch(Request));

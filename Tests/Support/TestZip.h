@@ -25,7 +25,8 @@ inline FTestZipEntry ZipFolder(const std::string& Name) { return { Name, {} }; }
 // running test when libzip refuses an entry.
 void WriteTestZip(const std::filesystem::path& Path, const std::vector<FTestZipEntry>& Entries);
 
-// Varied bytes that deflate cannot shrink to nothing: every byte value, in a pseudo-random walk.
+// Varied bytes that deflate cannot shrink to nothing: every byte value, in a pseudo-random walk
+// with no period that lines up with a buffer size, so a lost or repeated chunk shows.
 std::string VariedBytes(std::size_t Size, unsigned Seed);
 
 // The central directory record of the entry with this name: "PK\1\2" and 46 bytes of fields.
