@@ -28,7 +28,7 @@ using Maptorn::Sandbox::ShellQuote;
 
 namespace
 {
-constexpr int Runs = 3;
+constexpr int Runs = 5;
 constexpr double TransferTimeoutSeconds = 600.0;
 constexpr double TargetRatio = 0.95;
 constexpr double RssLimitMiB = 64.0;
