@@ -435,28 +435,6 @@ protected:
 };
 }
 
-TEST_F(StoredLogin, ALoginSavedIsLoadedBack)
-{
-    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"tok\"en", 1999999999, "http://127.0.0.1:1"}));
-    const std::optional<FStoredLogin> Loaded = LoadStoredLogin(File);
-    ASSERT_TRUE(Loaded);
-    EXPECT_EQ(Loaded->AccessToken, "tok\"en");
-    EXPECT_EQ(Loaded->DateExpires, 1999999999);
-    EXPECT_EQ(Loaded->BaseUrl, "http://127.0.0.1:1");
-    const auto Entries = fs::directory_iterator(fs::path(File).parent_path());
-    EXPECT_EQ(std::distance(fs::begin(Entries), fs::end(Entries)), 1) << "no temporary file is left";
-}
-
-TEST_F(StoredLogin, ALoginForAnotherBaseUrlOrPastItsExpiryIsNotUsed)
-{
-    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
-    EXPECT_TRUE(LoadStoredLoginFor(File, "http://a"));
-    EXPECT_FALSE(LoadStoredLoginFor(File, "http://b"));
-
-    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 1, "http://a"}));
-    EXPECT_FALSE(LoadStoredLoginFor(File, "http://a"));
-}
-
 TEST_F(StoredLogin, AWorldReadableFileIsReplacedByAnOwnerOnlyOne)
 {
     fs::create_directories(fs::path(File).parent_path());
@@ -479,14 +457,6 @@ TEST_F(StoredLogin, ACorruptOrMissingFileGivesNoLogin)
         EXPECT_FALSE(LoadStoredLogin(File)) << Text;
     }
     EXPECT_FALSE(LoadStoredLogin(Temp.Path().string())) << "a folder is no login";
-}
-
-TEST_F(StoredLogin, DeletingRemovesTheFileAndAMissingFileIsAlreadyDeleted)
-{
-    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
-    EXPECT_TRUE(DeleteStoredLogin(File));
-    EXPECT_FALSE(fs::exists(File));
-    EXPECT_TRUE(DeleteStoredLogin(File));
 }
 
 TEST_F(StoredLogin, ThePathIsInTheUsersConfigFolder)
