@@ -12,7 +12,6 @@
 #include "Common/Paths.h"
 #include "Transfer/PluginModDownload.h"
 
-#include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <cstdio>

@@ -17,7 +17,6 @@
 #include "Platform/ZipArchive.h"
 #include "Transfer/PluginModDownload.h"
 
-#include <nlohmann/json.hpp>
 #include <zip.h>
 
 #include <algorithm>
