@@ -19,6 +19,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <mutex>
 #include <thread>
 
 namespace SurfaceTestState
@@ -29,15 +30,33 @@ FState& Get()
 	return State;
 }
 
+namespace
+{
+std::mutex GameThreadMutex;
+std::vector<std::function<void()>> GameThreadQueue;
+}
+
 void Reset()
 {
 	Get() = FState();
+	UseProjectConfigFiles();
+	const std::lock_guard<std::mutex> Lock(GameThreadMutex);
+	GameThreadQueue.clear();
+}
+
+void PostToGameThread(std::function<void()> Work)
+{
+	const std::lock_guard<std::mutex> Lock(GameThreadMutex);
+	GameThreadQueue.push_back(std::move(Work));
 }
 
 void PumpGameThread()
 {
 	std::vector<std::function<void()>> Work;
-	Work.swap(Get().GameThreadQueue);
+	{
+		const std::lock_guard<std::mutex> Lock(GameThreadMutex);
+		Work.swap(GameThreadQueue);
+	}
 	for (std::function<void()>& Item : Work)
 	{
 		Item();
@@ -182,87 +201,8 @@ void FMsg::LogfImpl(const ANSICHAR* /*File*/, int32 /*Line*/, const FName& Categ
 	SurfaceTestState::Get().Log.push_back({ToUtf8(*Category.ToString()), Verbosity, ToUtf8(Text)});
 }
 
-// The configuration cache as a map per file, never written to disk.
-namespace
-{
-std::map<std::string, std::map<std::string, std::string>>& ConfigFiles()
-{
-	static std::map<std::string, std::map<std::string, std::string>> Files;
-	return Files;
-}
-
-std::string ConfigKey(const TCHAR* Section, const TCHAR* Key)
-{
-	return ToUtf8(Section) + "|" + ToUtf8(Key);
-}
-
-FConfigCacheIni SurfaceConfig;
-}
-
-FConfigCacheIni* GConfig = &SurfaceConfig;
-FString GEditorPerProjectIni = TEXT("EditorPerProjectUserSettings.ini");
-FString GEngineIni = TEXT("Engine.ini");
-FString GEditorIni = TEXT("Editor.ini");
 FQueuedThreadPool* GThreadPool = nullptr;
 bool GIsEditor = true;
-
-bool FConfigCacheIni::GetString(const TCHAR* Section, const TCHAR* Key, FString& Value, const FString& Filename)
-{
-	const auto& File = ConfigFiles()[ToUtf8(*Filename)];
-	const auto Found = File.find(ConfigKey(Section, Key));
-	if (Found == File.end())
-	{
-		return false;
-	}
-	const auto Wide = MaptornSurfaceUtf::FromUtf8(Found->second.data(), static_cast<int32>(Found->second.size()));
-	Value = FString(static_cast<int32>(Wide.size()), Wide.c_str());
-	return true;
-}
-
-bool FConfigCacheIni::GetBool(const TCHAR* Section, const TCHAR* Key, bool& Value, const FString& Filename)
-{
-	FString Text;
-	if (!GetString(Section, Key, Text, Filename))
-	{
-		return false;
-	}
-	Value = Text.Equals(TEXT("True"), ESearchCase::IgnoreCase) || Text.Equals(TEXT("1"));
-	return true;
-}
-
-bool FConfigCacheIni::GetInt(const TCHAR* Section, const TCHAR* Key, int32& Value, const FString& Filename)
-{
-	FString Text;
-	if (!GetString(Section, Key, Text, Filename))
-	{
-		return false;
-	}
-	Value = FCString::Atoi(*Text);
-	return true;
-}
-
-void FConfigCacheIni::SetString(const TCHAR* Section, const TCHAR* Key, const TCHAR* Value, const FString& Filename)
-{
-	ConfigFiles()[ToUtf8(*Filename)][ConfigKey(Section, Key)] = ToUtf8(Value);
-}
-
-void FConfigCacheIni::SetBool(const TCHAR* Section, const TCHAR* Key, bool Value, const FString& Filename)
-{
-	SetString(Section, Key, Value ? TEXT("True") : TEXT("False"), Filename);
-}
-
-void FConfigCacheIni::SetInt(const TCHAR* Section, const TCHAR* Key, int32 Value, const FString& Filename)
-{
-	SetString(Section, Key, *FString::FromInt(Value), Filename);
-}
-
-void FConfigCacheIni::Flush(bool /*bRemoveFromCache*/, const FString& /*Filename*/)
-{
-}
-
-void FConfigCacheIni::UnloadFile(const FString& /*Filename*/)
-{
-}
 
 bool IsInGameThread()
 {
@@ -273,7 +213,7 @@ void AsyncTask(ENamedThreads::Type Thread, TUniqueFunction<void()> Function)
 {
 	if (Thread == ENamedThreads::GameThread)
 	{
-		SurfaceTestState::Get().GameThreadQueue.push_back([Function] { Function(); });
+		SurfaceTestState::PostToGameThread([Function] { Function(); });
 		return;
 	}
 	std::thread([Function] { Function(); }).detach();
@@ -281,8 +221,15 @@ void AsyncTask(ENamedThreads::Type Thread, TUniqueFunction<void()> Function)
 
 EAppReturnType::Type FMessageDialog::Open(EAppMsgType::Type /*MessageType*/, const FText& Message, const FText* OptTitle)
 {
-	SurfaceTestState::Get().MessageBoxes.push_back({OptTitle ? ToUtf8(*OptTitle->ToString()) : std::string(), ToUtf8(*Message.ToString())});
-	return SurfaceTestState::Get().NextAnswer;
+	SurfaceTestState::FState& State = SurfaceTestState::Get();
+	State.MessageBoxes.push_back({OptTitle ? ToUtf8(*OptTitle->ToString()) : std::string(), ToUtf8(*Message.ToString())});
+	if (State.MessageBoxAnswers.empty())
+	{
+		return State.NextAnswer;
+	}
+	const EAppReturnType::Type Answer = State.MessageBoxAnswers.front();
+	State.MessageBoxAnswers.pop_front();
+	return Answer;
 }
 
 bool FSlateApplication::IsInitialized()
@@ -302,17 +249,11 @@ const void* FSlateApplication::FindBestParentWindowHandleForDialogs(const TShare
 	return nullptr;
 }
 
-IDesktopPlatform* FDesktopPlatformModule::Get()
-{
-	return nullptr;
-}
 
 FSimpleMulticastDelegate FCoreDelegates::OnPreExit;
 FSimpleMulticastDelegate FCoreDelegates::OnEnginePreExit;
 FSimpleMulticastDelegate FCoreDelegates::OnPostEngineInit;
 
-FTickableEditorObject::FTickableEditorObject() = default;
-FTickableEditorObject::~FTickableEditorObject() = default;
 
 const FEngineVersion& FEngineVersion::Current()
 {
@@ -355,16 +296,6 @@ const TCHAR* FGenericPlatformProcess::UserDir()
 const TCHAR* FGenericPlatformProcess::UserTempDir()
 {
 	return Persistent("/tmp/");
-}
-
-bool FGenericPlatformProcess::ExecProcess(const TCHAR* /*URL*/, const TCHAR* /*Params*/, int32* OutReturnCode, FString* /*OutStdOut*/,
-	FString* /*OutStdErr*/, const TCHAR* /*OptionalWorkingDirectory*/, bool /*bShouldEndWithParentProcess*/)
-{
-	if (OutReturnCode)
-	{
-		*OutReturnCode = -1;
-	}
-	return false;
 }
 
 void FGenericPlatformProcess::LaunchURL(const TCHAR* URL, const TCHAR* /*Parms*/, FString* /*Error*/)

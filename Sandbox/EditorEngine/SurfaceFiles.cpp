@@ -140,7 +140,11 @@ FString FPaths::ProjectConfigDir() { return ProjectDir() + TEXT("Config/"); }
 FString FPaths::ProjectSavedDir() { return ProjectDir() + TEXT("Saved/"); }
 FString FPaths::ProjectPluginsDir() { return ProjectDir() + TEXT("Plugins/"); }
 FString FPaths::ProjectUserDir() { return ProjectDir(); }
-FString FPaths::GetProjectFilePath() { return ProjectDir() + TEXT("Project.uproject"); }
+FString FPaths::GetProjectFilePath()
+{
+	const std::string& ProjectFile = SurfaceTestState::Get().ProjectFile;
+	return ProjectFile.empty() ? ProjectDir() + TEXT("Project.uproject") : FromUtf8(ProjectFile);
+}
 FString FPaths::ConvertRelativePathToFull(const FString& InPath) { return ConvertRelativePathToFull(FromUtf8(SurfaceTestState::Get().BaseDir), InPath); }
 FString FPaths::ConvertRelativePathToFull(const FString& BasePath, const FString& InPath)
 {

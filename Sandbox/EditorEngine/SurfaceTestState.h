@@ -3,12 +3,20 @@
 #include "CoreMinimal.h"
 #include "GenericPlatform/GenericPlatformMisc.h"
 
+#include <deque>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-// What the tests set and read of the engine surface's working implementation: the paths the
-// engine would answer, the log, message boxes, and the game thread's queue of posted work.
+namespace Maptorn
+{
+class FStandaloneEngine;
+}
+
+// The stand-in editor's state: the paths the engine would answer, the project it has open, the log,
+// message boxes and the answers a person gives to dialogs, and the game thread's queue of posted work.
 namespace SurfaceTestState
 {
 struct FLogLine
@@ -28,13 +36,21 @@ struct FState
 {
 	std::string BaseDir = "/";
 	std::string ProjectDir;
+	// The .uproject of the open project; empty when the editor runs without one.
+	std::string ProjectFile;
 	std::string EngineDir;
 	std::string UserSettingsDir;
+	// The open project's plug-ins and config files on disk, as the engine finds them; null without a project.
+	std::shared_ptr<Maptorn::FStandaloneEngine> Project;
 	std::vector<FLogLine> Log;
 	std::vector<FMessageBox> MessageBoxes;
+	// The answer to every message box, unless one is queued in MessageBoxAnswers.
 	EAppReturnType::Type NextAnswer = EAppReturnType::Ok;
+	std::deque<EAppReturnType::Type> MessageBoxAnswers;
+	// What a person picks in the next folder or file dialog; nothing queued (or nullopt) cancels it.
+	std::deque<std::optional<std::string>> FolderAnswers;
+	std::deque<std::optional<std::string>> FileAnswers;
 	std::vector<std::string> SavedPackages;
-	std::vector<std::function<void()>> GameThreadQueue;
 	std::vector<std::string> LaunchedUrls;
 };
 
@@ -42,6 +58,12 @@ struct FState
 FState& Get();
 void Reset();
 
+// Any thread: runs Work on the game thread at the next pump, as the engine's task graph does.
+void PostToGameThread(std::function<void()> Work);
 // Runs what was posted to the game thread, as the engine does between frames.
 void PumpGameThread();
+
+// The editor's own config files (GEditorPerProjectIni, GEngineIni, GEditorIni) move into the open
+// project's Saved/Config, layered over its Config/Default*.ini.
+void UseProjectConfigFiles();
 }

@@ -76,13 +76,14 @@ TEST_F(EditorModioSession, ALoginSurvivesARestartUntilLogout)
 	Client->Login();
 	Tick();
 	ASSERT_TRUE(Client->bIsLoggedIn);
+	EXPECT_EQ(RecordingModio::CountCalls("ListUserCreatedModsAsync"), 1) << "the own mods are listed right after the login";
 
 	StopEditor();
 	StartEditor();
 	Tick();
 	Tick();
 	EXPECT_TRUE(Client->bIsLoggedIn) << "the plug-in's stored login verifies after the restart";
-	EXPECT_EQ(RecordingModio::CountCalls("ListUserCreatedModsAsync"), 1) << "the own mods are refreshed on verification";
+	EXPECT_EQ(RecordingModio::CountCalls("ListUserCreatedModsAsync"), 2) << "the own mods are refreshed on verification";
 
 	Client->LoginIndex = 2;
 	Client->Logout();

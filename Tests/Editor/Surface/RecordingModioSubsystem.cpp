@@ -2,7 +2,6 @@
 
 #include "Surface/RecordingModioSubsystem.h"
 
-#include "Engine/Engine.h"
 #include "Platform/StringConversion.h"
 
 #include <algorithm>
@@ -51,7 +50,6 @@ void CompleteErrorOnly(const std::string& Call, FOnErrorOnlyDelegateFast Callbac
 	});
 }
 
-UModioSubsystem* GModioSubsystem = nullptr;
 }
 
 namespace RecordingModio
@@ -65,6 +63,8 @@ FState& Get()
 void Reset()
 {
 	Get() = FState();
+	static FRecordingModioBackend Backend;
+	SurfaceEngine::SetModioBackend(&Backend);
 }
 
 void FinishUpload(int64 Mod, std::optional<Modio::ErrorCode> Error)
@@ -86,178 +86,21 @@ int32 CountCalls(const std::string& Name)
 }
 }
 
-namespace SurfaceEngine
-{
-void SetModioSubsystem(UModioSubsystem* Subsystem)
-{
-	GModioSubsystem = Subsystem;
-}
+// The recording backend.
 
-void SetEngineRunning(bool bRunning)
-{
-	static UEngine Engine;
-	GEngine = bRunning ? &Engine : nullptr;
-}
-}
-
-// The engine.
-
-UEngine* GEngine = nullptr;
-
-UEngineSubsystem* UEngine::GetEngineSubsystemBase(UClass* SubsystemClass) const
-{
-	return SubsystemClass == UModioSubsystem::StaticClass() ? GModioSubsystem : nullptr;
-}
-
-UClass* UModioSubsystem::StaticClass()
-{
-	static UClass Class;
-	return &Class;
-}
-
-// The plug-in's value types.
-
-FModioErrorCode::FModioErrorCode() = default;
-
-FModioErrorCode::FModioErrorCode(const FModioErrorCode& Other)
-{
-	*this = Other;
-}
-
-FModioErrorCode::FModioErrorCode(Modio::ErrorCode ec)
-{
-	if (ec.Value != 0)
-	{
-		InternalError = MakeUnique<Modio::ErrorCode>(ec);
-	}
-}
-
-FModioErrorCode& FModioErrorCode::operator=(const FModioErrorCode& ec)
-{
-	if (this != &ec)
-	{
-		InternalError = ec.InternalError ? MakeUnique<Modio::ErrorCode>(*ec.InternalError) : TUniquePtr<Modio::ErrorCode>();
-	}
-	return *this;
-}
-
-FModioErrorCode::~FModioErrorCode() = default;
-
-FModioErrorCode::operator bool() const
-{
-	return InternalError.IsValid();
-}
-
-int FModioErrorCode::GetValue() const
-{
-	return InternalError ? InternalError->Value : 0;
-}
-
-FString FModioErrorCode::GetErrorMessage() const
-{
-	// The plug-in words a success too; the adapter must not pass it on as an error text.
-	return MaptornString::ToFString(InternalError ? InternalError->Message : std::string("Success"));
-}
-
-FModioModID::FModioModID() : ModID(-1) {}
-FModioModID::FModioModID(int64 InModId) : ModID(InModId) {}
-FString FModioModID::ToString() const
-{
-	return ModID < 0 ? FString(TEXT("InvalidModID")) : MaptornString::ToFString(std::to_string(ModID));
-}
-
-FModioGameID::FModioGameID() : GameId(-1) {}
-FModioGameID::FModioGameID(int64 InGameId) : GameId(InGameId) {}
-FString FModioGameID::ToString() const
-{
-	return GameId < 0 ? FString(TEXT("InvalidGameID")) : MaptornString::ToFString(std::to_string(GameId));
-}
-
-FModioApiKey::FModioApiKey(const FString& InApiKey) : ApiKey(InApiKey) {}
-const FString& FModioApiKey::ToString() const { return ApiKey; }
-FModioEmailAddress::FModioEmailAddress(const FString& InEmailAddress) : EmailAddress(InEmailAddress) {}
-const FString& FModioEmailAddress::ToString() const { return EmailAddress; }
-FModioEmailAuthCode::FModioEmailAuthCode(const FString& InEmailAuthCode) : EmailAuthCode(InEmailAuthCode) {}
-const FString& FModioEmailAuthCode::ToString() const { return EmailAuthCode; }
-
-FModioUnsigned64::FModioUnsigned64() : Underlying(0) {}
-FModioUnsigned64::FModioUnsigned64(uint64 Value) : Underlying(Value) {}
-
-EModioModProgressState FModioModProgressInfo::GetCurrentState() const
-{
-	return CurrentState;
-}
-
-FModioUnsigned64 FModioModProgressInfo::GetCurrentProgress(EModioModProgressState State) const
-{
-	switch (State)
-	{
-	case EModioModProgressState::Downloading: return FModioUnsigned64(DownloadCurrent);
-	case EModioModProgressState::Extracting: return FModioUnsigned64(ExtractCurrent);
-	case EModioModProgressState::Compressing: return FModioUnsigned64(CompressCurrent);
-	case EModioModProgressState::Uploading: return FModioUnsigned64(UploadCurrent);
-	default: return FModioUnsigned64(0);
-	}
-}
-
-FModioUnsigned64 FModioModProgressInfo::GetTotalProgress(EModioModProgressState State) const
-{
-	switch (State)
-	{
-	case EModioModProgressState::Downloading: return FModioUnsigned64(DownloadTotal);
-	case EModioModProgressState::Extracting: return FModioUnsigned64(ExtractTotal);
-	case EModioModProgressState::Compressing: return FModioUnsigned64(CompressTotal);
-	case EModioModProgressState::Uploading: return FModioUnsigned64(UploadTotal);
-	default: return FModioUnsigned64(0);
-	}
-}
-
-// Only the running state has figures; the others read 0, so a mixed-up state shows.
-FModioModProgressInfo ToUnreal(const Modio::ModProgressInfo& In)
-{
-	FModioModProgressInfo Out;
-	Out.ID = FModioModID(In.Mod);
-	Out.DownloadCurrent = Out.DownloadTotal = Out.ExtractCurrent = Out.ExtractTotal = 0;
-	Out.CompressCurrent = Out.CompressTotal = Out.UploadCurrent = Out.UploadTotal = 0;
-	Out.CurrentState = In.State;
-	switch (In.State)
-	{
-	case EModioModProgressState::Downloading: Out.DownloadCurrent = In.Current; Out.DownloadTotal = In.Total; break;
-	case EModioModProgressState::Extracting: Out.ExtractCurrent = In.Current; Out.ExtractTotal = In.Total; break;
-	case EModioModProgressState::Compressing: Out.CompressCurrent = In.Current; Out.CompressTotal = In.Total; break;
-	case EModioModProgressState::Uploading: Out.UploadCurrent = In.Current; Out.UploadTotal = In.Total; break;
-	default: break;
-	}
-	return Out;
-}
-
-FModioModCreationHandle ToUnreal(const Modio::ModCreationHandle& In)
-{
-	FModioModCreationHandle Out;
-	Out.Underlying = In.Value;
-	return Out;
-}
-
-Modio::ModCreationHandle ToModio(const FModioModCreationHandle& In)
-{
-	return Modio::ModCreationHandle{In.Underlying};
-}
-
-// The subsystem.
-
-void UModioSubsystem::InitializeAsync(const FModioInitializeOptions& InitializeOptions, FOnErrorOnlyDelegateFast OnInitComplete)
+void FRecordingModioBackend::InitializeAsync(const FModioInitializeOptions& InitializeOptions, FOnErrorOnlyDelegateFast OnInitComplete)
 {
 	RecordingModio::Get().InitOptions = InitializeOptions;
 	CompleteErrorOnly("InitializeAsync", OnInitComplete, [](bool bOk) { RecordingModio::Get().bInitialized = bOk; });
 }
 
-void UModioSubsystem::SetLogLevel(EModioLogLevel UnrealLogLevel)
+void FRecordingModioBackend::SetLogLevel(EModioLogLevel UnrealLogLevel)
 {
 	Record("SetLogLevel");
 	RecordingModio::Get().LogLevel = UnrealLogLevel;
 }
 
-void UModioSubsystem::RunPendingHandlers()
+void FRecordingModioBackend::RunPendingHandlers()
 {
 	RecordingModio::FState& State = RecordingModio::Get();
 	++State.PumpCount;
@@ -269,31 +112,31 @@ void UModioSubsystem::RunPendingHandlers()
 	}
 }
 
-void UModioSubsystem::ShutdownAsync(FOnErrorOnlyDelegateFast OnShutdownComplete)
+void FRecordingModioBackend::ShutdownAsync(FOnErrorOnlyDelegateFast OnShutdownComplete)
 {
 	CompleteErrorOnly("ShutdownAsync", OnShutdownComplete, [](bool) { RecordingModio::Get().bInitialized = false; });
 }
 
-FModioErrorCode UModioSubsystem::EnableModManagement(FOnModManagementDelegateFast Callback)
+FModioErrorCode FRecordingModioBackend::EnableModManagement(FOnModManagementDelegateFast Callback)
 {
 	Record("EnableModManagement");
 	RecordingModio::Get().ModManagement = Callback;
 	return TakeResult("EnableModManagement");
 }
 
-TOptional<FModioModProgressInfo> UModioSubsystem::QueryCurrentModUpdate()
+TOptional<FModioModProgressInfo> FRecordingModioBackend::QueryCurrentModUpdate()
 {
 	const auto& Progress = RecordingModio::Get().Progress;
 	return Progress ? TOptional<FModioModProgressInfo>(ToUnreal(*Progress)) : TOptional<FModioModProgressInfo>();
 }
 
-FModioModCreationHandle UModioSubsystem::GetModCreationHandle()
+FModioModCreationHandle FRecordingModioBackend::GetModCreationHandle()
 {
 	Record("GetModCreationHandle");
 	return ToUnreal(Modio::ModCreationHandle{++RecordingModio::Get().LastHandle * 100});
 }
 
-void UModioSubsystem::SubmitNewModAsync(FModioModCreationHandle Handle, FModioCreateModParams Params, FOnSubmitNewModDelegateFast Callback)
+void FRecordingModioBackend::SubmitNewModAsync(FModioModCreationHandle Handle, FModioCreateModParams Params, FOnSubmitNewModDelegateFast Callback)
 {
 	Record("SubmitNewModAsync");
 	RecordingModio::FState& State = RecordingModio::Get();
@@ -306,7 +149,7 @@ void UModioSubsystem::SubmitNewModAsync(FModioModCreationHandle Handle, FModioCr
 	});
 }
 
-void UModioSubsystem::SubmitNewModFileForMod(FModioModID Mod, FModioCreateModFileParams Params)
+void FRecordingModioBackend::SubmitNewModFileForMod(FModioModID Mod, FModioCreateModFileParams Params)
 {
 	Record("SubmitNewModFileForMod");
 	const int64 Id = FCString::Atoi64(*Mod.ToString());
@@ -314,7 +157,7 @@ void UModioSubsystem::SubmitNewModFileForMod(FModioModID Mod, FModioCreateModFil
 	RecordingModio::Get().Progress = Modio::ModProgressInfo{Id, EModioModProgressState::Compressing, 0, 1};
 }
 
-void UModioSubsystem::SubmitModChangesAsync(FModioModID Mod, FModioEditModParams Params, FOnGetModInfoDelegateFast Callback)
+void FRecordingModioBackend::SubmitModChangesAsync(FModioModID Mod, FModioEditModParams Params, FOnGetModInfoDelegateFast Callback)
 {
 	Record("SubmitModChangesAsync");
 	RecordingModio::Get().EditParams.emplace_back(FCString::Atoi64(*Mod.ToString()), Params);
@@ -329,19 +172,19 @@ void UModioSubsystem::SubmitModChangesAsync(FModioModID Mod, FModioEditModParams
 	});
 }
 
-void UModioSubsystem::RequestEmailAuthCodeAsync(const FModioEmailAddress& EmailAddress, FOnErrorOnlyDelegateFast Callback)
+void FRecordingModioBackend::RequestEmailAuthCodeAsync(const FModioEmailAddress& EmailAddress, FOnErrorOnlyDelegateFast Callback)
 {
 	RecordingModio::Get().Emails.push_back(MaptornString::ToStd(EmailAddress.ToString()));
 	CompleteErrorOnly("RequestEmailAuthCodeAsync", Callback);
 }
 
-void UModioSubsystem::AuthenticateUserEmailAsync(const FModioEmailAuthCode& AuthenticationCode, FOnErrorOnlyDelegateFast Callback)
+void FRecordingModioBackend::AuthenticateUserEmailAsync(const FModioEmailAuthCode& AuthenticationCode, FOnErrorOnlyDelegateFast Callback)
 {
 	RecordingModio::Get().Codes.push_back(MaptornString::ToStd(AuthenticationCode.ToString()));
 	CompleteErrorOnly("AuthenticateUserEmailAsync", Callback, [](bool bOk) { RecordingModio::Get().bLoggedIn |= bOk; });
 }
 
-void UModioSubsystem::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback)
+void FRecordingModioBackend::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback)
 {
 	// Without a stored login the plug-in answers as mod.io's SDK does: no authenticated user.
 	if (!RecordingModio::Get().bLoggedIn && !RecordingModio::Get().ScriptedErrors.count("VerifyUserAuthenticationAsync"))
@@ -351,12 +194,12 @@ void UModioSubsystem::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Cal
 	CompleteErrorOnly("VerifyUserAuthenticationAsync", Callback);
 }
 
-void UModioSubsystem::ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback)
+void FRecordingModioBackend::ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback)
 {
 	CompleteErrorOnly("ClearUserDataAsync", Callback, [](bool bOk) { RecordingModio::Get().bLoggedIn &= !bOk; });
 }
 
-void UModioSubsystem::ListUserCreatedModsAsync(FModioFilterParams /*Filter*/, FOnListUserCreatedModsDelegateFast Callback)
+void FRecordingModioBackend::ListUserCreatedModsAsync(FModioFilterParams /*Filter*/, FOnListUserCreatedModsDelegateFast Callback)
 {
 	Record("ListUserCreatedModsAsync");
 	const FModioErrorCode Result = TakeResult("ListUserCreatedModsAsync");

@@ -5,7 +5,7 @@
 // A test scripts an error for the next completion of a call, the progress the plug-in reports,
 // the user's mods, and the end of an upload.
 
-#include "ModioSubsystem.h"
+#include "EditorEngine/Modio/SurfaceModio.h"
 
 #include <functional>
 #include <map>
@@ -13,34 +13,26 @@
 #include <string>
 #include <vector>
 
-// The SDK-side types the plug-in's records are made from; here only what the tests need.
-namespace Modio
-{
-class ErrorCode
+// The backend of every UModioSubsystem while a recording test runs.
+class FRecordingModioBackend final : public IModioSubsystemBackend
 {
 public:
-	int Value = 0;
-	std::string Message;
+	void InitializeAsync(const FModioInitializeOptions& Options, FOnErrorOnlyDelegateFast OnInitComplete) override;
+	void SetLogLevel(EModioLogLevel Level) override;
+	void RunPendingHandlers() override;
+	void ShutdownAsync(FOnErrorOnlyDelegateFast OnShutdownComplete) override;
+	FModioErrorCode EnableModManagement(FOnModManagementDelegateFast Callback) override;
+	TOptional<FModioModProgressInfo> QueryCurrentModUpdate() override;
+	FModioModCreationHandle GetModCreationHandle() override;
+	void SubmitNewModAsync(FModioModCreationHandle Handle, FModioCreateModParams Params, FOnSubmitNewModDelegateFast Callback) override;
+	void SubmitNewModFileForMod(FModioModID Mod, FModioCreateModFileParams Params) override;
+	void SubmitModChangesAsync(FModioModID Mod, FModioEditModParams Params, FOnGetModInfoDelegateFast Callback) override;
+	void RequestEmailAuthCodeAsync(const FModioEmailAddress& EmailAddress, FOnErrorOnlyDelegateFast Callback) override;
+	void AuthenticateUserEmailAsync(const FModioEmailAuthCode& AuthenticationCode, FOnErrorOnlyDelegateFast Callback) override;
+	void VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback) override;
+	void ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback) override;
+	void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback) override;
 };
-
-struct ModCreationHandle
-{
-	int64 Value = 0;
-};
-
-class ModProgressInfo
-{
-public:
-	int64 Mod = 0;
-	EModioModProgressState State = EModioModProgressState::Initializing;
-	uint64 Current = 0;
-	uint64 Total = 0;
-};
-}
-
-FModioModCreationHandle ToUnreal(const Modio::ModCreationHandle& In);
-Modio::ModCreationHandle ToModio(const FModioModCreationHandle& In);
-FModioModProgressInfo ToUnreal(const Modio::ModProgressInfo& In);
 
 namespace RecordingModio
 {
@@ -72,19 +64,10 @@ struct FState
 };
 
 FState& Get();
-// A fresh plug-in on a machine without a stored login.
+// A fresh plug-in on a machine without a stored login, made the backend of every UModioSubsystem.
 void Reset();
 
 // Queues the Uploaded event of Mod, with Error when the upload failed.
 void FinishUpload(int64 Mod, std::optional<Modio::ErrorCode> Error = std::nullopt);
 int32 CountCalls(const std::string& Name);
-}
-
-// GEngine for the editor tests, with the engine subsystems a test registers.
-namespace SurfaceEngine
-{
-// Null removes it: the engine then has no mod.io subsystem.
-void SetModioSubsystem(UModioSubsystem* Subsystem);
-// Null removes GEngine itself.
-void SetEngineRunning(bool bRunning);
 }

@@ -53,7 +53,21 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeUploadPage()
 		.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
 		[
 			SNew(SVerticalBox)
-			+ SVerticalBox::Slot().AutoHeight()[MakeHeading(LOCTEXT("SelectMod", "Select a Mod to Upload"))]
+			+ SVerticalBox::Slot().AutoHeight()
+			[
+				SNew(SHorizontalBox)
+				+ SHorizontalBox::Slot().FillWidth(1.0f)[MakeHeading(LOCTEXT("SelectMod", "Select a Mod to Upload"))]
+				+ SHorizontalBox::Slot().AutoWidth().Padding(4, 0)
+				[
+					SNew(SButton)
+					.ToolTipText(LOCTEXT("RefreshModsTip", "Asks mod.io for your mods again"))
+					.IsEnabled_Lambda([this] { return Controller->CanRefreshUploadList(); })
+					.OnClicked_Lambda([this] { return Handled(Controller->OnRefreshUploadListClicked()); })
+					[
+						SNew(SImage).Image(MaptornWorkshopStyle::GetBrush(MaptornWorkshopStyle::RefreshIcon()))
+					]
+				]
+			]
 			+ SVerticalBox::Slot().FillHeight(1.0f).Padding(4)[SAssignNew(UploadRows, SScrollBox)]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)[SNew(STextBlock).Text(LOCTEXT("ChangeNote", "Change note"))]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)

@@ -71,6 +71,8 @@ void FModioInterface::CreateMod()
             LogTemp(Printf("Created ModId %s", ModId.c_str()));
             CreateUGCPlugin(Platform, *this, ModId, Type);
             StatusText = Printf("Created Mod %s", ModId.c_str());
+            // The new mod's row belongs on the upload page now, with its plug-in in the project.
+            RefreshOwnMods();
         }
         bIsModioBusy = false;
     });

@@ -151,6 +151,9 @@ void FModioInterface::Login()
             bIsLoggedIn = true;
             EmailAddress.clear();
             AuthCode.clear();
+            // The upload page lists the modder's mods at once, not at the next periodic refresh.
+            OwnModRefreshCountdown = OwnModRefreshInterval;
+            RefreshOwnMods();
             QuerySourceModsOnce();
         });
 }

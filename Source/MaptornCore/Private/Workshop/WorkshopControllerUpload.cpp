@@ -168,6 +168,21 @@ bool FWorkshopController::StageModButtonClicked()
     return true;
 }
 
+bool FWorkshopController::OnRefreshUploadListClicked()
+{
+    if (CanRefreshUploadList())
+    {
+        WorkshopSupport::FindClient()->RefreshOwnMods();
+    }
+    return true;
+}
+
+bool FWorkshopController::CanRefreshUploadList() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && Client->bIsLoggedIn && !Client->bOwnModRefreshBusy;
+}
+
 void FWorkshopController::RefreshUploadModList()
 {
     MakeUploadRows();

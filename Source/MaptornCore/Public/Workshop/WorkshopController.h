@@ -135,6 +135,10 @@ public:
     bool UploadModButtonClicked();
     bool StageModButtonClicked();
     void RefreshUploadModList();
+    // The upload list's refresh button: asks mod.io for the modder's mods again; the rows are rebuilt
+    // when the answer comes. Enabled while logged in and no such query runs.
+    bool OnRefreshUploadListClicked();
+    bool CanRefreshUploadList() const;
 
     // Steam Workshop deploy (the project's own map).
     void OnMapNameTextChanged(const std::string& Text);

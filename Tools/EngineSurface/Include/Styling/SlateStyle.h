@@ -2,12 +2,14 @@
 // Reference: Runtime/SlateCore/Public/Styling/SlateStyle.h (FSlateStyleSet)
 
 #include "CoreMinimal.h"
+#include "Containers/Map.h"
 #include "Styling/ISlateStyle.h"
 
 class FSlateStyleSet : public ISlateStyle
 {
 public:
 	explicit FSlateStyleSet(const FName& InStyleSetName) : StyleSetName(InStyleSetName) {}
+	virtual ~FSlateStyleSet();
 	const FName& GetStyleSetName() const override { return StyleSetName; }
 	const FSlateBrush* GetBrush(const FName PropertyName, const ANSICHAR* Specifier = nullptr) const override;
 	const FSlateColor GetSlateColor(const FName PropertyName, const ANSICHAR* Specifier = nullptr) const override;
@@ -19,4 +21,6 @@ public:
 protected:
 	FName StyleSetName;
 	FString ContentRootDir;
+	// The brushes set on it, owned by the set.
+	TMap<FName, FSlateBrush*> BrushResources;
 };

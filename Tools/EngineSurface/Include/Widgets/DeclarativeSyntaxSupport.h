@@ -213,9 +213,7 @@ struct TDecl
 		: Widget(MakeShared<WidgetType>())
 		, RequiredArgs(InRequiredArgs)
 	{
-		(void)InType;
-		(void)InFile;
-		(void)OnLine;
+		Widget->SetDebugInfo(InType, InFile, OnLine);
 	}
 
 	template <class ExposeAsWidgetType>

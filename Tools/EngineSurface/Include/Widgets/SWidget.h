@@ -24,9 +24,25 @@ public:
 
 	// The children the widget holds now, for the surface's tests to walk the tree.
 	virtual TArray<TSharedRef<SWidget>> GetChildWidgets() const { return TArray<TSharedRef<SWidget>>(); }
+	// The children a person can see now: a switcher shows only its active one.
+	virtual TArray<TSharedRef<SWidget>> GetVisibleChildWidgets() const { return GetChildWidgets(); }
+
+	// The widget's class as SNew named it, and where it was declared.
+	void SetDebugInfo(const ANSICHAR* InType, const ANSICHAR* InFile, int32 OnLine)
+	{
+		TypeOfWidget = FName(InType);
+		CreatedInLocation = FName(InFile);
+		CreatedOnLine = OnLine;
+	}
+	FName GetType() const { return TypeOfWidget; }
+	FString GetTypeAsString() const { return TypeOfWidget.ToString(); }
+	FText GetToolTipText() const { return ToolTipText.Get(FText::GetEmpty()); }
 
 protected:
 	TAttribute<EVisibility> Visibility;
 	TAttribute<bool> EnabledState;
 	TAttribute<FText> ToolTipText;
+	FName TypeOfWidget;
+	FName CreatedInLocation;
+	int32 CreatedOnLine = 0;
 };

@@ -17,8 +17,16 @@ public:
 	DECLARE_DELEGATE_TwoParams(FOnSelectionChanged, ArgumentType, ESelectInfo::Type);
 };
 
+// How a person reads a combo's list and picks from it, whatever its option type (the surface's own).
+class SComboBoxChoices : public SCompoundWidget
+{
+public:
+	virtual TArray<TSharedRef<SWidget>> SimulateOpenList() const = 0;
+	virtual void SimulateChooseOption(int32 Index) = 0;
+};
+
 template <typename OptionType>
-class SComboBox : public SCompoundWidget
+class SComboBox : public SComboBoxChoices
 {
 public:
 	typedef typename TSlateDelegates<OptionType>::FOnGenerateWidget FOnGenerateWidget;
@@ -49,6 +57,27 @@ public:
 	OptionType GetSelectedItem() const { return SelectedItem; }
 	void RefreshOptions() {}
 	TSharedRef<SWidget> GenerateOptionWidget(OptionType Item) const { return OnGenerateWidget.Execute(Item); }
+
+	TArray<TSharedRef<SWidget>> SimulateOpenList() const override
+	{
+		TArray<TSharedRef<SWidget>> Rows;
+		if (OptionsSource && OnGenerateWidget.IsBound())
+		{
+			for (const OptionType& Option : *OptionsSource)
+			{
+				Rows.Add(OnGenerateWidget.Execute(Option));
+			}
+		}
+		return Rows;
+	}
+	void SimulateChooseOption(int32 Index) override
+	{
+		if (OptionsSource && OptionsSource->IsValidIndex(Index))
+		{
+			SelectedItem = (*OptionsSource)[Index];
+			OnSelectionChanged.ExecuteIfBound(SelectedItem, ESelectInfo::OnMouseClick);
+		}
+	}
 
 private:
 	const TArray<OptionType>* OptionsSource = nullptr;

@@ -24,18 +24,28 @@ public:
 	void Construct(const FArguments& InArgs)
 	{
 		BoundText = InArgs._Text;
+		HintText = InArgs._HintText;
 		OnTextChanged = InArgs._OnTextChanged;
+		OnTextCommitted = InArgs._OnTextCommitted;
 	}
 	void SetText(const TAttribute<FText>& InNewText) { BoundText = InNewText; }
 	FText GetText() const { return BoundText.Get(FText::GetEmpty()); }
-	// Types the text as a user would: the box shows it and reports the change.
-	void SimulateTyping(const FText& InText)
+	FText GetHintText() const { return HintText.Get(FText::GetEmpty()); }
+	// Types the text as a user would: the box shows it and reports the change, then the commit when
+	// the user presses Enter.
+	void SimulateTyping(const FText& InText, bool bPressEnter = false)
 	{
 		BoundText = InText;
 		OnTextChanged.ExecuteIfBound(InText);
+		if (bPressEnter)
+		{
+			OnTextCommitted.ExecuteIfBound(InText, ETextCommit::OnEnter);
+		}
 	}
 
 private:
 	TAttribute<FText> BoundText;
+	TAttribute<FText> HintText;
 	FOnTextChanged OnTextChanged;
+	FOnTextCommitted OnTextCommitted;
 };

@@ -12,9 +12,15 @@ public:
 		SLATE_ARGUMENT(EHorizontalAlignment, Justification)
 	SLATE_END_ARGS()
 
-	void Construct(const FArguments& InArgs) { OnNavigate = InArgs._OnNavigate; }
+	void Construct(const FArguments& InArgs)
+	{
+		Text = InArgs._Text;
+		OnNavigate = InArgs._OnNavigate;
+	}
+	FText GetHyperlinkText() const { return Text.Get(FText::GetEmpty()); }
 	void SimulateNavigate() const { OnNavigate.ExecuteIfBound(); }
 
 private:
+	TAttribute<FText> Text;
 	FSimpleDelegate OnNavigate;
 };

@@ -9,8 +9,17 @@
 #include "Widgets/SCompoundWidget.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 
+// How a person reads the segments and clicks one, whatever the value type (the surface's own).
+class SSegmentedChoices : public SCompoundWidget
+{
+public:
+	virtual TArray<FText> SimulateSegmentTexts() const = 0;
+	virtual int32 SimulateCurrentSegment() const = 0;
+	virtual void SimulateChooseSegment(int32 Index) const = 0;
+};
+
 template <typename OptionType>
-class SSegmentedControl : public SCompoundWidget
+class SSegmentedControl : public SSegmentedChoices
 {
 public:
 	DECLARE_DELEGATE_OneParam(FOnValueChanged, OptionType);
@@ -50,6 +59,34 @@ public:
 	int32 NumSlots() const { return Segments.Num(); }
 	// Chooses the segment of InValue as a click on it would.
 	void SimulateChoose(const OptionType& InValue) const { OnValueChanged.ExecuteIfBound(InValue); }
+
+	TArray<FText> SimulateSegmentTexts() const override
+	{
+		TArray<FText> Texts;
+		for (const auto& Segment : Segments)
+		{
+			Texts.Add(Segment._Text.Get(FText::GetEmpty()));
+		}
+		return Texts;
+	}
+	int32 SimulateCurrentSegment() const override
+	{
+		for (int32 Index = 0; Index < Segments.Num(); ++Index)
+		{
+			if (CurrentValue.IsSet() && Segments[Index]._Value == CurrentValue.Get())
+			{
+				return Index;
+			}
+		}
+		return -1;
+	}
+	void SimulateChooseSegment(int32 Index) const override
+	{
+		if (Segments.IsValidIndex(Index))
+		{
+			SimulateChoose(Segments[Index]._Value);
+		}
+	}
 
 private:
 	TArray<typename FSlot::FSlotArguments> Segments;

@@ -40,6 +40,15 @@ public:
 		return Children.Slots.IsValidIndex(Index) ? Children.Slots[Index]._Widget : TSharedPtr<SWidget>();
 	}
 	TArray<TSharedRef<SWidget>> GetChildWidgets() const override { return Children.SlotWidgets(); }
+	TArray<TSharedRef<SWidget>> GetVisibleChildWidgets() const override
+	{
+		TArray<TSharedRef<SWidget>> Shown;
+		if (const TSharedPtr<SWidget> Active = GetActiveWidget())
+		{
+			Shown.Add(Active.ToSharedRef());
+		}
+		return Shown;
+	}
 
 private:
 	TPanelSlots<FSlot::FSlotArguments> Children;

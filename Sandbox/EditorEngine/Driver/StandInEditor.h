@@ -1,0 +1,70 @@
+#pragma once
+
+// The stand-in editor opened on a sample project, as a modder starts theirs: the stand-in engine's
+// tools installed, the workshop's settings in the project's config, the mod.io plug-in pointed at a
+// service, the editor module loaded, and the "Kelvor Workshop" tab opened from the Tools menu. Frames
+// pass in real time, so child processes and transfers move on while the editor waits.
+
+#include "EditorEngine/Driver/WidgetDriver.h"
+#include "EditorEngine/Modio/RestModioBackend.h"
+
+#include "Sample/SampleProject.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+struct FStandInEditorOptions
+{
+	// Everything goes under here: the project, the engine, the user's settings, the working folder.
+	std::string Root;
+	std::string StandinBinary;
+	std::string ModioBaseUrl;
+	int64 ModioGameId = 1;
+	std::string ModioApiKey;
+	std::string SteamAppId = "1172620";
+	// KelvorInstallDir in the user's settings; empty leaves the game to be found through Steam.
+	std::string GameInstallDir;
+};
+
+class FStandInEditor
+{
+public:
+	FStandInEditor() = default;
+	~FStandInEditor();
+	FStandInEditor(const FStandInEditor&) = delete;
+	FStandInEditor& operator=(const FStandInEditor&) = delete;
+
+	// Lays out the project and starts the editor on it; false with OutError when a step fails.
+	bool Start(const FStandInEditorOptions& Options, std::string& OutError);
+	// Starts the editor again on the same project, as after a restart (the login stays on disk).
+	bool Restart(std::string& OutError);
+	// Closes the editor: the engine's exit, the module's shutdown.
+	void Exit();
+	bool IsRunning() const { return bRunning; }
+
+	// The open tab, as a person sees it.
+	FWidgetDriver& Window() { return Driver; }
+	const Maptorn::Sample::FSampleLayout& Layout() const { return SampleLayout; }
+	const std::string& LoginFile() const { return StoredLoginFile; }
+
+	// One frame of 1/60 s.
+	void Frame();
+	// Frames until Done holds, for at most TimeoutSeconds of real time.
+	bool RunUntil(const std::function<bool()>& Done, double TimeoutSeconds = 30.0);
+	// Frames for the given real time.
+	void RunFor(double Seconds);
+
+private:
+	bool Launch(std::string& OutError);
+
+	FStandInEditorOptions Options;
+	Maptorn::Sample::FSampleLayout SampleLayout;
+	std::string StoredLoginFile;
+	std::filesystem::path PreviousWorkingDirectory;
+	std::unique_ptr<FRestModioBackend> Modio;
+	std::unique_ptr<UModioSubsystem> Subsystem;
+	FWidgetDriver Driver;
+	bool bRunning = false;
+};

@@ -1,0 +1,271 @@
+#include "EditorEngine/Modio/RestModioBackend.h"
+
+#include "Platform/CurlHttp.h"
+#include "Platform/RestModioSession.h"
+#include "Platform/StandaloneTasks.h"
+#include "Platform/StringConversion.h"
+
+#include "Modio/ModioRequests.h"
+
+#include <nlohmann/json.hpp>
+
+using MaptornString::ToFString;
+using MaptornString::ToStd;
+
+namespace
+{
+// The plug-in's types from the core's and back: the reverse of the editor module's own border.
+FModioErrorCode ToPlugin(const Maptorn::FModioErrorCode& Error)
+{
+	return Error ? FModioErrorCode(Modio::ErrorCode{Error.Value, Error.Message}) : FModioErrorCode();
+}
+
+std::optional<std::string> ToCore(const TOptional<FString>& Text)
+{
+	return Text.IsSet() ? std::optional<std::string>(ToStd(Text.GetValue())) : std::nullopt;
+}
+
+Maptorn::FModioModID ToCore(const FModioModID& Mod)
+{
+	return FCString::Atoi64(*Mod.ToString());
+}
+
+FModioModInfo ToPlugin(const Maptorn::FModioModInfo& Mod)
+{
+	FModioModInfo Info;
+	Info.ModId = FModioModID(Mod.ModId);
+	Info.ProfileName = ToFString(Mod.Name);
+	Info.ProfileSummary = ToFString(Mod.Summary);
+	Info.ProfileURL = ToFString(Mod.ProfileUrl);
+	Info.ProfileSubmittedBy.Username = ToFString(Mod.SubmittedBy);
+	Info.MetadataBlob = ToFString(Mod.MetadataBlob);
+	Info.FileInfo.Version = ToFString(Mod.FileVersion);
+	Info.FileInfo.Filesize = Mod.FileSize;
+	for (const std::string& Tag : Mod.Tags)
+	{
+		FModioModTag ModTag;
+		ModTag.Tag = ToFString(Tag);
+		Info.Tags.Add(ModTag);
+	}
+	Info.ModStatus = static_cast<EModioModServerSideStatus>(Mod.Status);
+	return Info;
+}
+
+// One mod object of a mod.io answer, as the plug-in reads it.
+FModioModInfo ReadModObject(const nlohmann::json& Object)
+{
+	Maptorn::FModioModInfo Mod;
+	Mod.ModId = Object.value("id", static_cast<int64>(0));
+	Mod.Name = Object.value("name", std::string());
+	Mod.Summary = Object.value("summary", std::string());
+	Mod.ProfileUrl = Object.value("profile_url", std::string());
+	Mod.MetadataBlob = Object.value("metadata_blob", std::string());
+	Mod.Status = Object.value("status", 1);
+	if (const auto User = Object.find("submitted_by"); User != Object.end() && User->is_object())
+	{
+		Mod.SubmittedBy = User->value("username", std::string());
+	}
+	if (const auto Tags = Object.find("tags"); Tags != Object.end() && Tags->is_array())
+	{
+		for (const nlohmann::json& Tag : *Tags)
+		{
+			if (Tag.is_object())
+			{
+				Mod.Tags.push_back(Tag.value("name", std::string()));
+			}
+		}
+	}
+	if (const auto File = Object.find("modfile"); File != Object.end() && File->is_object())
+	{
+		const auto Version = File->find("version");
+		Mod.FileVersion = Version != File->end() && Version->is_string() ? Version->get<std::string>() : std::string();
+		Mod.FileSize = File->value("filesize", static_cast<int64>(0));
+	}
+	return ToPlugin(Mod);
+}
+
+Maptorn::FOnErrorOnlyDelegate ErrorOnly(FOnErrorOnlyDelegateFast Callback)
+{
+	return [Callback](Maptorn::FModioErrorCode Error) { Callback.ExecuteIfBound(ToPlugin(Error)); };
+}
+}
+
+FRestModioBackend::FRestModioBackend(std::string InBaseUrl, std::string StoredLoginFile)
+	: BaseUrl(std::move(InBaseUrl))
+	, Tasks(std::make_unique<Maptorn::FStandaloneTasks>(1))
+	, Http(std::make_unique<Maptorn::FCurlHttp>(*Tasks))
+	, Session(std::make_unique<Maptorn::FRestModioSession>(*Http, std::move(StoredLoginFile)))
+{
+}
+
+// The session first: its requests are cancelled before the transport and the queue go.
+FRestModioBackend::~FRestModioBackend()
+{
+	Session.reset();
+	Http.reset();
+	Tasks.reset();
+}
+
+void FRestModioBackend::InitializeAsync(const FModioInitializeOptions& Options, FOnErrorOnlyDelegateFast OnInitComplete)
+{
+	Maptorn::FModioInitializeOptions CoreOptions;
+	GameId = FCString::Atoi64(*Options.GameId.ToString());
+	CoreOptions.GameId = GameId;
+	CoreOptions.ApiKey = ToStd(Options.ApiKey.ToString());
+	CoreOptions.Environment = Options.GameEnvironment == EModioEnvironment::Live ? Maptorn::EModioEnvironment::Live : Maptorn::EModioEnvironment::Test;
+	CoreOptions.BaseUrl = BaseUrl;
+	Session->InitializeAsync(CoreOptions, ErrorOnly(OnInitComplete));
+}
+
+void FRestModioBackend::SetLogLevel(EModioLogLevel Level)
+{
+	Session->SetLogLevel(static_cast<Maptorn::EModioLogLevel>(Level));
+}
+
+void FRestModioBackend::RunPendingHandlers()
+{
+	Tasks->PumpGameThread();
+	Session->RunPendingHandlers();
+}
+
+void FRestModioBackend::ShutdownAsync(FOnErrorOnlyDelegateFast OnShutdownComplete)
+{
+	Session->ShutdownAsync(ErrorOnly(OnShutdownComplete));
+}
+
+FModioErrorCode FRestModioBackend::EnableModManagement(FOnModManagementDelegateFast Callback)
+{
+	return ToPlugin(Session->EnableModManagement([Callback](Maptorn::FModioModManagementEvent Event) {
+		FModioModManagementEvent Converted;
+		Converted.ID = FModioModID(Event.ID);
+		Converted.Event = static_cast<EModioModManagementEventType>(Event.Event);
+		Converted.Status = ToPlugin(Event.Status);
+		Callback.ExecuteIfBound(Converted);
+	}));
+}
+
+TOptional<FModioModProgressInfo> FRestModioBackend::QueryCurrentModUpdate()
+{
+	const std::optional<Maptorn::FModioModProgressInfo> Progress = Session->QueryCurrentModUpdate();
+	if (!Progress)
+	{
+		return TOptional<FModioModProgressInfo>();
+	}
+	return ToUnreal(Modio::ModProgressInfo{Progress->ID, static_cast<EModioModProgressState>(Progress->State),
+		static_cast<uint64>(Progress->Current), static_cast<uint64>(Progress->Total)});
+}
+
+FModioModCreationHandle FRestModioBackend::GetModCreationHandle()
+{
+	return ToUnreal(Modio::ModCreationHandle{Session->GetModCreationHandle().Value});
+}
+
+void FRestModioBackend::SubmitNewModAsync(FModioModCreationHandle Handle, FModioCreateModParams Params, FOnSubmitNewModDelegateFast Callback)
+{
+	Maptorn::FModioCreateModParams CoreParams;
+	CoreParams.PathToLogoFile = ToStd(Params.PathToLogoFile);
+	CoreParams.Name = ToStd(Params.Name);
+	CoreParams.Summary = ToStd(Params.Summary);
+	CoreParams.MetadataBlob = ToCore(Params.MetadataBlob);
+	if (Params.Tags.IsSet())
+	{
+		std::vector<std::string> Tags;
+		for (const FString& Tag : Params.Tags.GetValue())
+		{
+			Tags.push_back(ToStd(Tag));
+		}
+		CoreParams.Tags = Tags;
+	}
+	Session->SubmitNewModAsync(Maptorn::FModioModCreationHandle{ToModio(Handle).Value}, CoreParams,
+		[Callback](Maptorn::FModioErrorCode Error, std::optional<Maptorn::FModioModID> Mod) {
+			Callback.ExecuteIfBound(ToPlugin(Error), Mod ? TOptional<FModioModID>(FModioModID(*Mod)) : TOptional<FModioModID>());
+		});
+}
+
+void FRestModioBackend::SubmitNewModFileForMod(FModioModID Mod, FModioCreateModFileParams Params)
+{
+	Maptorn::FModioCreateModFileParams CoreParams;
+	CoreParams.RootDirectory = ToStd(Params.PathToModRootDirectory);
+	CoreParams.VersionString = ToCore(Params.VersionString);
+	CoreParams.Changelog = ToCore(Params.Changelog);
+	if (Params.bSetAsActiveRelease.IsSet())
+	{
+		CoreParams.bSetAsActive = Params.bSetAsActiveRelease.GetValue();
+	}
+	CoreParams.MetadataBlob = ToCore(Params.MetadataBlob);
+	if (Params.ModfilePlatforms.IsSet())
+	{
+		std::vector<Maptorn::EModioModfilePlatform> Platforms;
+		for (const EModioModfilePlatform Platform : Params.ModfilePlatforms.GetValue())
+		{
+			Platforms.push_back(static_cast<Maptorn::EModioModfilePlatform>(Platform));
+		}
+		CoreParams.ModfilePlatforms = Platforms;
+	}
+	Session->SubmitNewModFileForMod(ToCore(Mod), CoreParams);
+}
+
+void FRestModioBackend::SubmitModChangesAsync(FModioModID Mod, FModioEditModParams Params, FOnGetModInfoDelegateFast Callback)
+{
+	Maptorn::FModioEditModParams CoreParams;
+	CoreParams.Name = ToCore(Params.Name);
+	CoreParams.Summary = ToCore(Params.Summary);
+	CoreParams.MetadataBlob = ToCore(Params.MetadataBlob);
+	CoreParams.LogoPath = ToCore(Params.LogoPath);
+	Session->SubmitModChangesAsync(ToCore(Mod), CoreParams,
+		[Callback](Maptorn::FModioErrorCode Error, std::optional<Maptorn::FModioModInfo> Info) {
+			Callback.ExecuteIfBound(ToPlugin(Error), Info ? TOptional<FModioModInfo>(ToPlugin(*Info)) : TOptional<FModioModInfo>());
+		});
+}
+
+void FRestModioBackend::RequestEmailAuthCodeAsync(const FModioEmailAddress& EmailAddress, FOnErrorOnlyDelegateFast Callback)
+{
+	Session->RequestEmailAuthCodeAsync(ToStd(EmailAddress.ToString()), ErrorOnly(Callback));
+}
+
+void FRestModioBackend::AuthenticateUserEmailAsync(const FModioEmailAuthCode& AuthenticationCode, FOnErrorOnlyDelegateFast Callback)
+{
+	Session->AuthenticateUserEmailAsync(ToStd(AuthenticationCode.ToString()), ErrorOnly(Callback));
+}
+
+void FRestModioBackend::VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback)
+{
+	Session->VerifyUserAuthenticationAsync(ErrorOnly(Callback));
+}
+
+void FRestModioBackend::ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback)
+{
+	Session->ClearUserDataAsync(ErrorOnly(Callback));
+}
+
+void FRestModioBackend::ListUserCreatedModsAsync(FModioFilterParams /*Filter*/, FOnListUserCreatedModsDelegateFast Callback)
+{
+	Maptorn::FHttpRequestPtr Request = Maptorn::ModioRequests::MakeAuthorizedRequest(*Http, "GET",
+		Maptorn::ModioRequests::OwnModsUrl(BaseUrl, GameId), Session->GetAuthTokenAsString());
+	Request->OnProcessRequestComplete() = [Callback](Maptorn::FHttpRequestPtr, Maptorn::FHttpResponsePtr Response, bool bConnected) {
+		const int32 Status = bConnected && Response ? Response->GetResponseCode() : 0;
+		const nlohmann::json Answer =
+			Status == 200 ? nlohmann::json::parse(Response->GetContentAsString(), nullptr, false) : nlohmann::json();
+		const auto Data = Answer.is_object() ? Answer.find("data") : Answer.end();
+		if (Status != 200 || Data == Answer.end() || !Data->is_array())
+		{
+			Callback.ExecuteIfBound(FModioErrorCode(Modio::ErrorCode{20489, "The list of your mods could not be read"}), TOptional<FModioModInfoList>());
+			return;
+		}
+		FModioModInfoList Mods;
+		for (const nlohmann::json& Object : *Data)
+		{
+			if (Object.is_object())
+			{
+				Mods.InternalList.Add(ReadModObject(Object));
+			}
+		}
+		Callback.ExecuteIfBound(FModioErrorCode(), TOptional<FModioModInfoList>(Mods));
+	};
+	if (!Request->ProcessRequest())
+	{
+		Tasks->AsyncTask(Maptorn::ENamedThreads::GameThread, [Callback] {
+			Callback.ExecuteIfBound(FModioErrorCode(Modio::ErrorCode{20489, "The request could not be sent"}), TOptional<FModioModInfoList>());
+		});
+	}
+}
