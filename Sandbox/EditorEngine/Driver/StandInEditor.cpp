@@ -28,6 +28,11 @@ FStandInEditor::~FStandInEditor()
 
 bool FStandInEditor::Start(const FStandInEditorOptions& InOptions, std::string& OutError)
 {
+	return Prepare(InOptions, OutError) && Launch(OutError);
+}
+
+bool FStandInEditor::Prepare(const FStandInEditorOptions& InOptions, std::string& OutError)
+{
 	Options = InOptions;
 	Maptorn::Sample::FSampleOptions Sample;
 	Sample.StandinBinary = Options.StandinBinary;
@@ -39,7 +44,7 @@ bool FStandInEditor::Start(const FStandInEditorOptions& InOptions, std::string& 
 		return false;
 	}
 	StoredLoginFile = SampleLayout.UserSettingsDir + "mod.io/login.json";
-	return Launch(OutError);
+	return true;
 }
 
 bool FStandInEditor::Restart(std::string& OutError)

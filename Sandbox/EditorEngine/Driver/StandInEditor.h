@@ -36,7 +36,11 @@ public:
 	FStandInEditor(const FStandInEditor&) = delete;
 	FStandInEditor& operator=(const FStandInEditor&) = delete;
 
-	// Lays out the project and starts the editor on it; false with OutError when a step fails.
+	// Lays out the project and the engine, without starting the editor; false with OutError when a step fails.
+	bool Prepare(const FStandInEditorOptions& Options, std::string& OutError);
+	// Starts the editor on the prepared project and opens the workshop's tab.
+	bool Launch(std::string& OutError);
+	// Prepare, then Launch.
 	bool Start(const FStandInEditorOptions& Options, std::string& OutError);
 	// Starts the editor again on the same project, as after a restart (the login stays on disk).
 	bool Restart(std::string& OutError);
@@ -57,8 +61,6 @@ public:
 	void RunFor(double Seconds);
 
 private:
-	bool Launch(std::string& OutError);
-
 	FStandInEditorOptions Options;
 	Maptorn::Sample::FSampleLayout SampleLayout;
 	std::string StoredLoginFile;

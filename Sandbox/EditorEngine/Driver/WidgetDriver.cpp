@@ -177,6 +177,14 @@ std::string FWidgetDriver::ButtonLabelOf(const std::vector<FNode>& Nodes, int32 
 			Label += (Label.empty() ? "" : " ") + WidgetTextOf(Widget);
 		}
 	}
+	// A button with only an icon reads as its icon, as a person recognises it.
+	for (int32 Inner = Index + 1; Label.empty() && Inner < static_cast<int32>(Nodes.size()) && IsInside(Nodes, Inner, Index); ++Inner)
+	{
+		if (WidgetIsA(*Nodes[static_cast<size_t>(Inner)].Widget, "SImage"))
+		{
+			Label = WidgetTextOf(*Nodes[static_cast<size_t>(Inner)].Widget);
+		}
+	}
 	return Label;
 }
 
@@ -459,6 +467,22 @@ bool FWidgetDriver::ClickNear(const std::string& RowText, const std::string& Lab
 		return Fail("no button \"" + Label + "\" near \"" + RowText + "\"");
 	}
 	return Press(Nodes[static_cast<size_t>(Button)], Label);
+}
+
+bool FWidgetDriver::ClickInside(const std::string& WidgetType, const std::string& Label)
+{
+	const std::vector<FNode> Nodes = Walk();
+	for (const int32 Button : FindButtons(Nodes, Label))
+	{
+		for (int32 At = Button; At >= 0; At = Nodes[static_cast<size_t>(At)].Parent)
+		{
+			if (TypeOf(*Nodes[static_cast<size_t>(At)].Widget) == WidgetType)
+			{
+				return Press(Nodes[static_cast<size_t>(Button)], Label);
+			}
+		}
+	}
+	return Fail("no button \"" + Label + "\" inside a " + WidgetType);
 }
 
 bool FWidgetDriver::FollowLink(const std::string& Label)

@@ -43,6 +43,8 @@ public:
 	bool Click(const std::string& Label);
 	// Presses the button labelled Label in the row (or group) that shows RowText.
 	bool ClickNear(const std::string& RowText, const std::string& Label);
+	// Presses the button labelled Label inside a widget of type WidgetType (a tab of a tab strip, say).
+	bool ClickInside(const std::string& WidgetType, const std::string& Label);
 	// Follows the link labelled Label.
 	bool FollowLink(const std::string& Label);
 	// Types Text into the box under or beside Label (or whose hint is Label), optionally pressing Enter.

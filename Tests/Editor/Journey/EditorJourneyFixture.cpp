@@ -1,0 +1,82 @@
+#include "Journey/EditorJourneyFixture.h"
+
+#include <curl/curl.h>
+
+#include <fstream>
+
+FEditorJourney::FEditorJourney()
+	: Sandbox(Maptorn::Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+{
+	bSandboxStarted = Sandbox.Start(StartError);
+}
+
+void FEditorJourney::SetUp()
+{
+	ASSERT_TRUE(bSandboxStarted) << StartError;
+	FStandInEditorOptions Options;
+	Options.Root = Temp.Dir() + "Modder";
+	Options.StandinBinary = MAPTORN_STANDIN_PATH;
+	Options.ModioBaseUrl = Sandbox.GetBaseUrl();
+	Options.ModioGameId = 1;
+	Options.ModioApiKey = ApiKey;
+	std::string Error;
+	ASSERT_TRUE(Editor.Prepare(Options, Error)) << Error;
+}
+
+void FEditorJourney::StartEditor()
+{
+	std::string Error;
+	ASSERT_TRUE(Editor.Launch(Error)) << Error;
+}
+
+bool FEditorJourney::WaitForText(const std::string& Text, double Seconds)
+{
+	return WaitFor([&] { return Window().Shows(Text); }, Seconds);
+}
+
+bool FEditorJourney::Press(const std::string& Label, double Seconds)
+{
+	WaitFor([&] { return Window().IsButtonEnabled(Label).value_or(false); }, Seconds);
+	const bool bClicked = Window().Click(Label);
+	Editor.Frame();
+	return bClicked;
+}
+
+void FEditorJourney::LogIn(const std::string& Email)
+{
+	ASSERT_TRUE(Press("I Agree")) << Window().LastFailure();
+	ASSERT_TRUE(Window().Type("Email Address", Email)) << Window().LastFailure();
+	ASSERT_TRUE(Press("Send")) << Window().LastFailure();
+	ASSERT_TRUE(WaitForText("Check your email for the mod.io auth code")) << Window().PrintTree();
+	ASSERT_TRUE(Window().Type("Auth Code", Sandbox.LastCodeFor(Email))) << Window().LastFailure();
+	ASSERT_TRUE(Press("Login")) << Window().LastFailure();
+	// The account page then shows "Logged In", or gives way to the page chosen before.
+	ASSERT_TRUE(WaitFor([this] { return !Window().Shows("Auth Code"); })) << Window().PrintTree();
+}
+
+void FEditorJourney::LeavePluginInProject(int64 Id)
+{
+	const std::string Name = "UGC" + std::to_string(Id);
+	const std::filesystem::path Folder = std::filesystem::path(ProjectDir()) / "Plugins" / Name;
+	std::filesystem::create_directories(Folder / "Content");
+	std::ofstream(Folder / (Name + ".uplugin")) << R"({"FileVersion": 3, "VersionName": "1.0", "FriendlyName": ")" << Name
+												<< R"(", "CanContainContent": true})";
+}
+
+nlohmann::json FEditorJourney::ServiceGet(const std::string& Path) const
+{
+	std::string Body;
+	CURL* Curl = curl_easy_init();
+	const std::string Url = Sandbox.GetBaseUrl() + Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + ApiKey;
+	curl_easy_setopt(Curl, CURLOPT_URL, Url.c_str());
+	curl_easy_setopt(Curl, CURLOPT_WRITEFUNCTION, +[](char* Data, size_t Size, size_t Count, void* Out) {
+		static_cast<std::string*>(Out)->append(Data, Size * Count);
+		return Size * Count;
+	});
+	curl_easy_setopt(Curl, CURLOPT_WRITEDATA, &Body);
+	long Status = 0;
+	const bool bSent = curl_easy_perform(Curl) == CURLE_OK;
+	curl_easy_getinfo(Curl, CURLINFO_RESPONSE_CODE, &Status);
+	curl_easy_cleanup(Curl);
+	return bSent && Status == 200 ? nlohmann::json::parse(Body, nullptr, false) : nlohmann::json();
+}
