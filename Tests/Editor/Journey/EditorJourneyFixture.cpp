@@ -42,6 +42,14 @@ bool FEditorJourney::Press(const std::string& Label, double Seconds)
 	return bClicked;
 }
 
+bool FEditorJourney::PressNear(const std::string& Anchor, const std::string& Label, double Seconds)
+{
+	WaitFor([&] { return Window().IsButtonEnabled(Label).value_or(false); }, Seconds);
+	const bool bClicked = Window().ClickNear(Anchor, Label);
+	Editor.Frame();
+	return bClicked;
+}
+
 void FEditorJourney::LogIn(const std::string& Email)
 {
 	ASSERT_TRUE(Press("I Agree")) << Window().LastFailure();

@@ -38,6 +38,9 @@ protected:
 	// Waits, as a person would, until the button is shown and enabled, then clicks it; false (with the
 	// driver's reason) when it never is.
 	bool Press(const std::string& Label, double Seconds = 20.0);
+	// The same for the button labelled Label in the group that shows Anchor (a page's own button that
+	// shares its label with a tab, or a row's button).
+	bool PressNear(const std::string& Anchor, const std::string& Label, double Seconds = 20.0);
 	// Clicks the page's tab in the tab strip.
 	bool OpenPage(const std::string& Label) { return Window().ClickInside("SWorkshopTab", Label); }
 

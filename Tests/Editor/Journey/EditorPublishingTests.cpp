@@ -1,0 +1,111 @@
+// Creating a mod, uploading it for two platforms and staging it, all through the create and upload
+// pages; checked on the service, on disk and on the pages.
+
+#include "Journey/EditorJourneyFixture.h"
+
+#include <algorithm>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+// The ids of the project's UGC plug-ins.
+std::vector<std::string> UgcPlugins(const std::string& ProjectDir)
+{
+	std::vector<std::string> Ids;
+	for (const fs::directory_entry& Entry : fs::directory_iterator(ProjectDir + "Plugins"))
+	{
+		const std::string Name = Entry.path().filename().string();
+		if (Name.rfind("UGC", 0) == 0)
+		{
+			Ids.push_back(Name.substr(3));
+		}
+	}
+	return Ids;
+}
+
+std::vector<std::string> Tags(const nlohmann::json& Mod)
+{
+	std::vector<std::string> Names;
+	for (const nlohmann::json& Tag : Mod.value("tags", nlohmann::json::array()))
+	{
+		Names.push_back(Tag.value("name", ""));
+	}
+	return Names;
+}
+}
+
+TEST_F(FEditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStaged)
+{
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Create Mod"));
+	ASSERT_TRUE(Window().Type("Mod Name (Required)", "Signal Tower"));
+	ASSERT_TRUE(Window().Type("Max length 250 characters", "A lit tower for night maps."));
+	SurfaceTestState::Get().FileAnswers.push_back(std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg");
+	ASSERT_TRUE(Press("Select Logo Image")) << Window().LastFailure();
+	ASSERT_TRUE(Window().ChooseSegment("Mod")) << Window().LastFailure();
+	ASSERT_TRUE(PressNear("Mod Name (Required)", "Create Mod")) << Window().LastFailure();
+
+	// The plug-in is made when mod.io answers; its row is on the upload page within the same second.
+	ASSERT_TRUE(WaitFor([this] { return !UgcPlugins(ProjectDir()).empty(); })) << Window().PrintTree();
+	const std::string ModId = UgcPlugins(ProjectDir()).front();
+	EXPECT_TRUE(fs::exists(ProjectDir() + "Plugins/UGC" + ModId + "/UGC" + ModId + ".uplugin"));
+	ASSERT_TRUE(OpenPage("Upload Mod"));
+	EXPECT_TRUE(WaitForText("Signal Tower", 1.0)) << Window().PrintTree();
+
+	const nlohmann::json Mod = ServiceGet("/v1/games/1/mods/" + ModId);
+	EXPECT_EQ(Mod.value("name", ""), "Signal Tower");
+	EXPECT_EQ(Mod.value("summary", ""), "A lit tower for night maps.");
+	EXPECT_NE(Mod.value("metadata_blob", ""), "");
+	EXPECT_EQ(Tags(Mod), std::vector<std::string>{"Mod"});
+
+	// Upload for Windows and Android with a change note.
+	ASSERT_TRUE(PressNear("Signal Tower", "Select Mod")) << Window().LastFailure();
+	ASSERT_TRUE(Window().Toggle("Windows"));
+	ASSERT_TRUE(Window().Toggle("Android"));
+	EXPECT_EQ(Window().CheckState("Windows"), ECheckBoxState::Checked);
+	ASSERT_TRUE(Window().Type("Change note", "First release"));
+	ASSERT_TRUE(PressNear("Change note", "Upload Mod")) << Window().LastFailure();
+	std::vector<std::string> ProgressTexts;
+	ASSERT_TRUE(WaitFor([&] {
+		const std::string Text = Window().TextStartingWith("Uploading ");
+		if (!Text.empty() && (ProgressTexts.empty() || ProgressTexts.back() != Text))
+		{
+			ProgressTexts.push_back(Text);
+		}
+		return !MessageBoxes().empty();
+	}, 120.0)) << Window().PrintTree();
+	EXPECT_EQ(MessageBoxes().back().Text, "Upload Complete");
+	// Four builds go up one after the other, and the progress line counts them.
+	ASSERT_FALSE(ProgressTexts.empty()) << "the progress line showed";
+	EXPECT_EQ(ProgressTexts.back().rfind("Uploading 4/4", 0), 0u) << ProgressTexts.back();
+
+	const nlohmann::json Files = ServiceGet("/v1/games/1/mods/" + ModId + "/files");
+	std::vector<std::string> Platforms;
+	for (const nlohmann::json& File : Files.value("data", nlohmann::json::array()))
+	{
+		EXPECT_EQ(File.value("changelog", ""), "First release");
+		EXPECT_EQ(File.value("version", ""), "1") << "the stamped version";
+		for (const nlohmann::json& Platform : File.value("platforms", nlohmann::json::array()))
+		{
+			Platforms.push_back(Platform.value("platform", ""));
+		}
+	}
+	std::sort(Platforms.begin(), Platforms.end());
+	// Windows and its Linux server; Android as Quest (mod.io's "oculus") and the Vesko server (the game files it as "mac").
+	EXPECT_EQ(Platforms, (std::vector<std::string>{"linux", "mac", "oculus", "windows"})) << Files.dump();
+	EXPECT_NE(ServiceGet("/v1/games/1/mods/" + ModId).value("metadata_blob", "").find("\"VersionUUID\": 1"), std::string::npos);
+
+	// Stage the Windows build into a folder of the modder's choosing.
+	const std::string StageDir = Temp.Dir() + "Stage";
+	fs::create_directories(StageDir);
+	ASSERT_TRUE(Window().Toggle("Android"));
+	SurfaceTestState::Get().FolderAnswers.push_back(StageDir);
+	ASSERT_TRUE(Press("Select Stage Directory"));
+	EXPECT_TRUE(Window().Shows("Stage Dir: " + StageDir)) << Window().PrintTree();
+	ASSERT_TRUE(Press("Stage Mod")) << Window().LastFailure();
+	EXPECT_TRUE(WaitFor([&] { return !fs::is_empty(StageDir) && Window().IsButtonEnabled("Stage Mod").value_or(false); }, 60.0))
+		<< Window().PrintTree();
+	EXPECT_TRUE(Window().IsButtonEnabled("Select Mod").value_or(false)) << "the rows are usable again";
+}
