@@ -63,6 +63,9 @@ void PostToGameThread(std::function<void()> Work);
 // Runs what was posted to the game thread, as the engine does between frames.
 void PumpGameThread();
 
+// Ends every HTTP transfer and connection of the editor, as the engine's HTTP module does at exit.
+void CloseHttp();
+
 // The editor's own config files (GEditorPerProjectIni, GEngineIni, GEditorIni) move into the open
 // project's Saved/Config, layered over its Config/Default*.ini.
 void UseProjectConfigFiles();

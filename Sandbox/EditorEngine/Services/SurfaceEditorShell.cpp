@@ -303,5 +303,7 @@ void Exit()
 		Modules.pop_back();
 	}
 	Tabs().clear();
+	SurfaceTestState::CloseHttp();
+	SurfaceTestState::PumpGameThread();
 }
 }

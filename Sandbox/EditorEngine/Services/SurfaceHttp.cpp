@@ -28,11 +28,18 @@ public:
 	std::shared_ptr<Maptorn::ITaskHandle> StartPoolTask(std::function<void()> /*Work*/) override { return nullptr; }
 };
 
+FGameThreadTasks GameThreadTasks;
+std::unique_ptr<Maptorn::FCurlHttp> OpenTransport;
+
+// Made on the first request of an editor run, closed when the editor exits: its connections and
+// transfers end with the editor, as the engine's HTTP module ends with it.
 Maptorn::FCurlHttp& Transport()
 {
-	static FGameThreadTasks Tasks;
-	static Maptorn::FCurlHttp Http(Tasks);
-	return Http;
+	if (!OpenTransport)
+	{
+		OpenTransport = std::make_unique<Maptorn::FCurlHttp>(GameThreadTasks);
+	}
+	return *OpenTransport;
 }
 
 class FSurfaceHttpResponse final : public IHttpResponse
@@ -155,6 +162,14 @@ private:
 	FHttpRequestProgressDelegate Progress;
 	FHttpRequestHeaderReceivedDelegate Header;
 };
+}
+
+namespace SurfaceTestState
+{
+void CloseHttp()
+{
+	OpenTransport.reset();
+}
 }
 
 FHttpModule& FHttpModule::Get()
