@@ -47,6 +47,8 @@ public:
 	// Closes the editor: the engine's exit, the module's shutdown.
 	void Exit();
 	bool IsRunning() const { return bRunning; }
+	// The settings the next Launch writes and starts with.
+	FStandInEditorOptions& NextOptions() { return Options; }
 
 	// The open tab, as a person sees it.
 	FWidgetDriver& Window() { return Driver; }

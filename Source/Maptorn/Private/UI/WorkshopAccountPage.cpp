@@ -106,6 +106,10 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeAccountPage()
 					+ SVerticalBox::Slot().AutoHeight()[BusyButton(LOCTEXT("Logout", "Logout"), [this] { return Controller->LogoutButtonClicked(); })]
 				]
 			]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4)
+			[
+				SNew(STextBlock).AutoWrapText(true).Text_Lambda([this] { return ToText(Controller->GetLoginErrorText()); })
+			]
 		];
 }
 

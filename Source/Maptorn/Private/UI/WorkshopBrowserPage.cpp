@@ -82,6 +82,10 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 					.OnTextChanged_Lambda([this](const FText& Text) { Controller->OnSourceModSearchChanged(MaptornString::ToStd(Text.ToString())); })
 				]
 			]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4, 0)
+			[
+				SNew(STextBlock).AutoWrapText(true).Text_Lambda([this] { return ToText(Controller->GetSourceQueryErrorText()); })
+			]
 			+ SVerticalBox::Slot().FillHeight(1.0f).Padding(4)[SAssignNew(SourceModRows, SScrollBox)]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[
@@ -121,6 +125,10 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 				[
 					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetPageStatus()); })
 				]
+			]
+			+ SVerticalBox::Slot().AutoHeight().Padding(4, 0)
+			[
+				SNew(STextBlock).AutoWrapText(true).Text_Lambda([this] { return ToText(Controller->GetDownloadErrorText()); })
 			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[

@@ -114,6 +114,9 @@ void FModioInterface::RequestEmailCode()
     }
     CallWhileBusy([this](IModioSession& Session, FOnErrorOnlyDelegate Done) { Session.RequestEmailAuthCodeAsync(EmailAddress, std::move(Done)); },
         [this](FModioErrorCode ErrorCode) {
+            LoginError = ErrorCode && ErrorCode.GetValue() != ModioErrorValue::UserAlreadyAuthenticated
+                ? Printf("The code could not be sent: %s", ErrorCode.GetErrorMessage().c_str())
+                : std::string();
             if (!ErrorCode)
             {
                 LoginIndex = 2;
@@ -146,8 +149,10 @@ void FModioInterface::Login()
             {
                 // The typed e-mail and code stay, so that the user can correct them.
                 LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+                LoginError = Printf("The login was refused: %s", ErrorCode.GetErrorMessage().c_str());
                 return;
             }
+            LoginError.clear();
             bIsLoggedIn = true;
             EmailAddress.clear();
             AuthCode.clear();
@@ -166,8 +171,10 @@ void FModioInterface::Logout()
             {
                 // A failed logout reports with the login's message.
                 LogTemp(Printf("Error Modio Login, the error code was %s", ErrorCode.GetErrorMessage().c_str()));
+                LoginError = Printf("The logout failed: %s", ErrorCode.GetErrorMessage().c_str());
                 return;
             }
+            LoginError.clear();
             bIsLoggedIn = false;
             LoginIndex = 0;
             OwnMods.clear();

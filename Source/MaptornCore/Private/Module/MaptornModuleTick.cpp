@@ -1,5 +1,7 @@
 #include "Module/MaptornModule.h"
 
+#include "Common/StringUtil.h"
+#include "Content/ModDefinitions.h"
 #include "Modio/ModioSdkTypes.h"
 #include "Modio/SourceModReader.h"
 
@@ -84,11 +86,18 @@ void FMaptornModule::TickSourcePluginDownload()
         return;
     }
     // Remembered by id, so that whichever catalogue page shows the mod later shows it installed.
+    FSourceModInfo* Record = Client.FindCatalogueRecord(Client.ActiveDownload->ModId);
     if (State == EPluginDownloadState::Complete)
     {
         Client.FinishedDownloads[Client.ActiveDownload->ModId] = Client.ActiveDownload->Version;
+        Client.LastDownloadError.clear();
     }
-    if (FSourceModInfo* Record = Client.FindCatalogueRecord(Client.ActiveDownload->ModId))
+    else
+    {
+        const std::string Name = Record ? Record->Name : MakeUGCPluginName(Client.ActiveDownload->ModId);
+        Client.LastDownloadError = Printf("%s was not added to the project: its download failed (the output log says why)", Name.c_str());
+    }
+    if (Record)
     {
         // An installed plug-in loads only after an editor restart. A failed download leaves the
         // project as it was, so the row offers the download again.

@@ -103,6 +103,24 @@ int32 FWorkshopController::GetLoginIndex() const
     return Client->bIsLoggedIn ? 3 : Client->LoginIndex;
 }
 
+std::string FWorkshopController::GetLoginErrorText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->LoginError : std::string();
+}
+
+std::string FWorkshopController::GetSourceQueryErrorText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client && !Client->LastSourceQueryError.empty() ? "The catalogue could not be loaded: " + Client->LastSourceQueryError : std::string();
+}
+
+std::string FWorkshopController::GetDownloadErrorText() const
+{
+    const FModioInterface* Client = WorkshopSupport::FindClient();
+    return Client ? Client->LastDownloadError : std::string();
+}
+
 std::string FWorkshopController::GetCreateModErrorText() const
 {
     const FModioInterface* Client = WorkshopSupport::FindClient();

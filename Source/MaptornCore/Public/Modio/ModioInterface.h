@@ -98,6 +98,8 @@ public:
     // Session state.
     std::string EmailAddress;
     std::string AuthCode;
+    // Why the last e-mail, code or logout request was refused (mod.io's message); empty after a success.
+    std::string LoginError;
     int32 LoginIndex = 0;            // 0 terms, 1 e-mail entry, 2 code entry
     bool bIsLoggedIn = false;
     bool bIsModioBusy = false;
@@ -158,6 +160,8 @@ public:
     FSourceModList LastSourceModList;
     // Why the last catalogue query failed (mod.io's message and ref); empty after a success.
     std::string LastSourceQueryError;
+    // Why the last source-plug-in download added nothing to the project; empty after one that did.
+    std::string LastDownloadError;
     std::shared_ptr<FPluginModDownload> ActiveDownload;
     std::deque<FSourceModInfo> DownloadQueue;
     // Downloads waiting behind the active one.

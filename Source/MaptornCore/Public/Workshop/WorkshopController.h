@@ -67,6 +67,8 @@ public:
     int32 GetLoginIndex() const;
     // What the e-mail and auth-code boxes hold: the client's EmailAddress and AuthCode.
     std::string GetEmailBoxText() const;
+    // Why mod.io refused the last e-mail, code or logout; empty otherwise.
+    std::string GetLoginErrorText() const;
     std::string GetAuthCodeBoxText() const;
 
     bool AgreedToTerms();
@@ -150,6 +152,10 @@ public:
 
     // Source-plug-in browser.
     std::string GetPageStatus() const;
+    // Why the catalogue could not be shown, in mod.io's words; empty while it can.
+    std::string GetSourceQueryErrorText() const;
+    // Why the last "Add to Project" added nothing; empty otherwise.
+    std::string GetDownloadErrorText() const;
     bool IsNextPageEnabled() const;
     bool IsPreviousPageEnabled() const;
     bool CanGatherSourceMods() const;

@@ -1,0 +1,102 @@
+// What a modder meets when something goes wrong: each failure is seen on the page (or in the editor's
+// message box) and the buttons stay usable.
+
+#include "Journey/EditorJourneyFixture.h"
+
+namespace fs = std::filesystem;
+
+using Maptorn::Sandbox::EFaultKind;
+using Maptorn::Sandbox::FFault;
+
+TEST_F(FEditorJourney, AWrongApiKeyIsNamedOnTheAccountPage)
+{
+	Editor.NextOptions().ModioApiKey = "ffffffffffffffffffffffffffffffff";
+	StartEditor();
+	ASSERT_TRUE(Press("I Agree"));
+	ASSERT_TRUE(Window().Type("Email Address", Modder));
+	ASSERT_TRUE(Press("Send"));
+	ASSERT_TRUE(WaitFor([this] { return !Window().TextStartingWith("The code could not be sent: ").empty(); })) << Window().PrintTree();
+	EXPECT_FALSE(Window().ShowsContaining("ffffffff")) << "the key itself is never shown";
+	EXPECT_EQ(Window().IsButtonEnabled("Send"), true);
+}
+
+TEST_F(FEditorJourney, AWrongCodeIsNamedAndTheRightOneStillLogsIn)
+{
+	StartEditor();
+	ASSERT_TRUE(Press("I Agree"));
+	ASSERT_TRUE(Window().Type("Email Address", Modder));
+	ASSERT_TRUE(Press("Send"));
+	ASSERT_TRUE(WaitForText("Check your email for the mod.io auth code"));
+	ASSERT_TRUE(Window().Type("Auth Code", "ZZZZZ"));
+	ASSERT_TRUE(Press("Login"));
+	ASSERT_TRUE(WaitFor([this] { return !Window().TextStartingWith("The login was refused: ").empty(); })) << Window().PrintTree();
+	EXPECT_EQ(Window().BoxText("Auth Code"), "ZZZZZ") << "the code stays to be corrected";
+
+	ASSERT_TRUE(Window().Type("Auth Code", Sandbox.LastCodeFor(Modder)));
+	ASSERT_TRUE(Press("Login"));
+	EXPECT_TRUE(WaitForText("Logged In")) << Window().PrintTree();
+	EXPECT_TRUE(Window().TextStartingWith("The login was refused: ").empty()) << "a success clears the reason";
+}
+
+TEST_F(FEditorJourney, ARefusedCatalogueIsNamedOnTheBrowserPageAndTheRowsStay)
+{
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Download Source Plugin"));
+	ASSERT_TRUE(WaitFor([this] { return Window().ShowsContaining("Results - Page 1/2"); })) << Window().PrintTree();
+
+	Sandbox.InjectFault(FFault{"/v1/games/1/mods", "GET", 1, EFaultKind::Status, 503});
+	ASSERT_TRUE(Press("Refresh.svg")) << Window().LastFailure();
+	ASSERT_TRUE(WaitFor([this] { return !Window().TextStartingWith("The catalogue could not be loaded: ").empty(); }))
+		<< Window().PrintTree();
+	EXPECT_EQ(Window().Rows("SKelvorWorkshopSourcePluginEntry").size(), 20u);
+
+	ASSERT_TRUE(Press("Refresh.svg")) << "the refresh button is usable again";
+	EXPECT_TRUE(WaitFor([this] { return Window().TextStartingWith("The catalogue could not be loaded: ").empty(); }));
+}
+
+TEST_F(FEditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheButtonsBack)
+{
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Create Mod"));
+	ASSERT_TRUE(Window().Type("Mod Name (Required)", "Refused Tower"));
+	ASSERT_TRUE(Window().Type("Max length 250 characters", "Never uploaded."));
+	ASSERT_TRUE(Window().ChooseSegment("Mod"));
+	SurfaceTestState::Get().FileAnswers.push_back(std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg");
+	ASSERT_TRUE(Press("Select Logo Image"));
+	ASSERT_TRUE(PressNear("Mod Name (Required)", "Create Mod"));
+	ASSERT_TRUE(OpenPage("Upload Mod"));
+	ASSERT_TRUE(WaitForText("Refused Tower")) << Window().PrintTree();
+
+	Sandbox.InjectFault(FFault{"/v1/games/1/mods/", "POST", 100, EFaultKind::Status, 403});
+	ASSERT_TRUE(PressNear("Refused Tower", "Select Mod"));
+	ASSERT_TRUE(Window().Toggle("Windows"));
+	ASSERT_TRUE(PressNear("Change note", "Upload Mod")) << Window().LastFailure();
+	ASSERT_TRUE(WaitFor([this] { return !MessageBoxes().empty(); }, 60.0)) << Window().PrintTree();
+	EXPECT_EQ(MessageBoxes().back().Text, "ERROR: Failed to upload mod, check output log for details");
+	EXPECT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Select Mod").value_or(false); })) << Window().PrintTree();
+	EXPECT_TRUE(Window().ShowsContaining("Upload Mod"));
+}
+
+TEST_F(FEditorJourney, ADownloadCutShortInstallsNothingAndCanBeAddedAgain)
+{
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Download Source Plugin"));
+	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Crate Kit"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("1 Results - Page 1/1"); })) << Window().PrintTree();
+
+	Sandbox.InjectFault(FFault{"/sandbox/files/", "GET", 1, EFaultKind::CloseMidBody});
+	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project"));
+	ASSERT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Add to Project").value_or(false); }, 30.0)) << Window().PrintTree();
+	EXPECT_TRUE(Window().Shows("Crate Kit was not added to the project: its download failed (the output log says why)")) << Window().PrintTree();
+	for (const fs::directory_entry& Entry : fs::directory_iterator(ProjectDir() + "Plugins"))
+	{
+		EXPECT_EQ(Entry.path().filename().string().rfind("UGC", 0), std::string::npos) << "nothing half-installed: " << Entry.path();
+	}
+
+	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project"));
+	EXPECT_TRUE(WaitFor([this] { return Window().Shows("Status: Installed, Editor Restart Required"); }, 30.0)) << Window().PrintTree();
+	EXPECT_FALSE(Window().ShowsContaining("was not added to the project")) << "a success clears the reason";
+}
