@@ -96,11 +96,11 @@ bool FStandInEditor::Launch(std::string& OutError)
 	return true;
 }
 
-void FStandInEditor::Exit()
+int32 FStandInEditor::Exit()
 {
 	if (!bRunning)
 	{
-		return;
+		return 0;
 	}
 	bRunning = false;
 	Driver.SetRoot(nullptr);
@@ -108,9 +108,11 @@ void FStandInEditor::Exit()
 	SurfaceEngine::SetModioSubsystem(nullptr);
 	SurfaceEngine::SetEngineRunning(false);
 	SurfaceEngine::SetModioBackend(nullptr);
+	const int32 Shutdowns = Modio->GetShutdownCount();
 	Subsystem.reset();
 	Modio.reset();
 	std::filesystem::current_path(PreviousWorkingDirectory);
+	return Shutdowns;
 }
 
 void FStandInEditor::Frame()

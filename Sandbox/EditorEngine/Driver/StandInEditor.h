@@ -44,8 +44,9 @@ public:
 	bool Start(const FStandInEditorOptions& Options, std::string& OutError);
 	// Starts the editor again on the same project, as after a restart (the login stays on disk).
 	bool Restart(std::string& OutError);
-	// Closes the editor: the engine's exit, the module's shutdown.
-	void Exit();
+	// Closes the editor: the engine's exit, the module's shutdown. Answers how often the mod.io
+	// plug-in was asked to shut down during it.
+	int32 Exit();
 	bool IsRunning() const { return bRunning; }
 	// The settings the next Launch writes and starts with.
 	FStandInEditorOptions& NextOptions() { return Options; }

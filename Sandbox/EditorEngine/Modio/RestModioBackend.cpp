@@ -130,6 +130,7 @@ void FRestModioBackend::RunPendingHandlers()
 
 void FRestModioBackend::ShutdownAsync(FOnErrorOnlyDelegateFast OnShutdownComplete)
 {
+	++ShutdownCount;
 	Session->ShutdownAsync(ErrorOnly(OnShutdownComplete));
 }
 

@@ -41,7 +41,11 @@ public:
 	// The user's mods from /v1/me/mods with the session's token, as the plug-in lists them.
 	void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback) override;
 
+	// How often the plug-in was asked to shut down since it was made.
+	int32 GetShutdownCount() const { return ShutdownCount; }
+
 private:
+	int32 ShutdownCount = 0;
 	std::string BaseUrl;
 	int64 GameId = 0;
 	std::unique_ptr<Maptorn::FStandaloneTasks> Tasks;

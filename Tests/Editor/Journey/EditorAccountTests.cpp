@@ -3,6 +3,10 @@
 
 #include "Journey/EditorJourneyFixture.h"
 
+#include "EditorEngine/SurfaceEditor.h"
+
+namespace fs = std::filesystem;
+
 TEST_F(FEditorJourney, ALoginThroughTheAccountPageListsTheModdersModsAtOnce)
 {
 	LeavePluginInProject(NeonProps);
@@ -22,4 +26,24 @@ TEST_F(FEditorJourney, ALoginThroughTheAccountPageListsTheModdersModsAtOnce)
 	ASSERT_TRUE(Press("Logout")) << Window().LastFailure();
 	ASSERT_TRUE(WaitForText("Agree to Mod.io Terms")) << Window().PrintTree();
 	EXPECT_FALSE(std::filesystem::exists(Editor.LoginFile())) << "logging out forgets the stored login";
+}
+
+TEST_F(FEditorJourney, TheEditorOffersTheTabKeepsTheLoginOverARestartAndEndsTheSessionOnce)
+{
+	LeavePluginInProject(NeonProps);
+	StartEditor();
+	const std::optional<SurfaceEditor::FTabInfo> Tab = SurfaceEditor::FindTab(TEXT("KelvorWorkshopTab"));
+	ASSERT_TRUE(Tab.has_value());
+	EXPECT_EQ(Tab->DisplayName.ToString(), FString(TEXT("Kelvor Workshop")));
+	EXPECT_TRUE(Tab->bInToolsCategory) << "the tab is offered in the Tools menu";
+	EXPECT_TRUE(fs::exists(Temp.Path() / "Modder" / "steam_appid.txt")) << "the game's app id for Steam, in the editor's working folder";
+	LogIn();
+	EXPECT_EQ(Editor.Exit(), 1) << "the mod.io session ends once, at the engine's exit";
+	EXPECT_FALSE(fs::exists(Temp.Path() / "Modder" / "steam_appid.txt"));
+
+	// The next start finds the login kept by the plug-in: no account page, the mods listed.
+	StartEditor();
+	ASSERT_TRUE(OpenPage("Upload Mod"));
+	EXPECT_TRUE(WaitForText("Neon Props")) << Window().PrintTree();
+	EXPECT_FALSE(Window().Shows("Agree to Mod.io Terms"));
 }
