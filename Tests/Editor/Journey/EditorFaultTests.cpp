@@ -59,13 +59,7 @@ TEST_F(FEditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheB
 {
 	StartEditor();
 	LogIn();
-	ASSERT_TRUE(OpenPage("Create Mod"));
-	ASSERT_TRUE(Window().Type("Mod Name (Required)", "Refused Tower"));
-	ASSERT_TRUE(Window().Type("Max length 250 characters", "Never uploaded."));
-	ASSERT_TRUE(Window().ChooseSegment("Mod"));
-	SurfaceTestState::Get().FileAnswers.push_back(std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg");
-	ASSERT_TRUE(Press("Select Logo Image"));
-	ASSERT_TRUE(PressNear("Mod Name (Required)", "Create Mod"));
+	CreateMod("Refused Tower", "Never uploaded.");
 	ASSERT_TRUE(OpenPage("Upload Mod"));
 	ASSERT_TRUE(WaitForText("Refused Tower")) << Window().PrintTree();
 

@@ -29,37 +29,16 @@ void FEditorJourney::StartEditor()
 	ASSERT_TRUE(Editor.Launch(Error)) << Error;
 }
 
-bool FEditorJourney::WaitForText(const std::string& Text, double Seconds)
-{
-	return WaitFor([&] { return Window().Shows(Text); }, Seconds);
-}
-
-bool FEditorJourney::Press(const std::string& Label, double Seconds)
-{
-	WaitFor([&] { return Window().IsButtonEnabled(Label).value_or(false); }, Seconds);
-	const bool bClicked = Window().Click(Label);
-	Editor.Frame();
-	return bClicked;
-}
-
-bool FEditorJourney::PressNear(const std::string& Anchor, const std::string& Label, double Seconds)
-{
-	WaitFor([&] { return Window().IsButtonEnabled(Label).value_or(false); }, Seconds);
-	const bool bClicked = Window().ClickNear(Anchor, Label);
-	Editor.Frame();
-	return bClicked;
-}
-
 void FEditorJourney::LogIn(const std::string& Email)
 {
-	ASSERT_TRUE(Press("I Agree")) << Window().LastFailure();
-	ASSERT_TRUE(Window().Type("Email Address", Email)) << Window().LastFailure();
-	ASSERT_TRUE(Press("Send")) << Window().LastFailure();
-	ASSERT_TRUE(WaitForText("Check your email for the mod.io auth code")) << Window().PrintTree();
-	ASSERT_TRUE(Window().Type("Auth Code", Sandbox.LastCodeFor(Email))) << Window().LastFailure();
-	ASSERT_TRUE(Press("Login")) << Window().LastFailure();
-	// The account page then shows "Logged In", or gives way to the page chosen before.
-	ASSERT_TRUE(WaitFor([this] { return !Window().Shows("Auth Code"); })) << Window().PrintTree();
+	ASSERT_TRUE(Steps.LogIn(Email, [this](const std::string& Address) { return Sandbox.LastCodeFor(Address); }))
+		<< Steps.LastFailure() << "\n" << Window().PrintTree();
+}
+
+void FEditorJourney::CreateMod(const std::string& Name, const std::string& Summary)
+{
+	ASSERT_TRUE(Steps.CreateMod(Name, Summary, "Mod", std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg"))
+		<< Steps.LastFailure() << "\n" << Window().PrintTree();
 }
 
 void FEditorJourney::LeavePluginInProject(int64 Id)

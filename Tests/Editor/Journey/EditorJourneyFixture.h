@@ -6,6 +6,7 @@
 // and files on the service.
 
 #include "EditorEngine/Driver/StandInEditor.h"
+#include "EditorEngine/Driver/WorkshopSteps.h"
 #include "EditorEngine/SurfaceTestState.h"
 #include "ModioService/ModioSandbox.h"
 #include "Support/TempDir.h"
@@ -34,18 +35,15 @@ protected:
 	FWidgetDriver& Window() { return Editor.Window(); }
 	// Frames until Done holds (20 s at most).
 	bool WaitFor(const std::function<bool()>& Done, double Seconds = 20.0) { return Editor.RunUntil(Done, Seconds); }
-	bool WaitForText(const std::string& Text, double Seconds = 20.0);
-	// Waits, as a person would, until the button is shown and enabled, then clicks it; false (with the
-	// driver's reason) when it never is.
-	bool Press(const std::string& Label, double Seconds = 20.0);
-	// The same for the button labelled Label in the group that shows Anchor (a page's own button that
-	// shares its label with a tab, or a row's button).
-	bool PressNear(const std::string& Anchor, const std::string& Label, double Seconds = 20.0);
-	// Clicks the page's tab in the tab strip.
-	bool OpenPage(const std::string& Label) { return Window().ClickInside("SWorkshopTab", Label); }
+	bool WaitForText(const std::string& Text, double Seconds = 20.0) { return Steps.WaitForText(Text, Seconds); }
+	bool Press(const std::string& Label) { return Steps.Press(Label); }
+	bool PressNear(const std::string& Anchor, const std::string& Label) { return Steps.PressNear(Anchor, Label); }
+	bool OpenPage(const std::string& Label) { return Steps.OpenPage(Label); }
 
 	// Terms, e-mail, the code from the modder's mailbox, login: all through the account page.
 	void LogIn(const std::string& Email = Modder);
+	// A content mod with the default logo, through the create page.
+	void CreateMod(const std::string& Name, const std::string& Summary);
 	// A plug-in UGC<Id> in the project's Plugins folder, as an earlier machine left it (before the editor starts).
 	void LeavePluginInProject(int64 Id);
 
@@ -58,6 +56,7 @@ protected:
 	Maptorn::Testing::FTempDir Temp;
 	Maptorn::Sandbox::FModioSandbox Sandbox;
 	FStandInEditor Editor;
+	FWorkshopSteps Steps{Editor};
 	bool bSandboxStarted = false;
 	std::string StartError;
 };

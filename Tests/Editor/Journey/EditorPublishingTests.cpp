@@ -39,13 +39,7 @@ TEST_F(FEditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndSta
 {
 	StartEditor();
 	LogIn();
-	ASSERT_TRUE(OpenPage("Create Mod"));
-	ASSERT_TRUE(Window().Type("Mod Name (Required)", "Signal Tower"));
-	ASSERT_TRUE(Window().Type("Max length 250 characters", "A lit tower for night maps."));
-	SurfaceTestState::Get().FileAnswers.push_back(std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg");
-	ASSERT_TRUE(Press("Select Logo Image")) << Window().LastFailure();
-	ASSERT_TRUE(Window().ChooseSegment("Mod")) << Window().LastFailure();
-	ASSERT_TRUE(PressNear("Mod Name (Required)", "Create Mod")) << Window().LastFailure();
+	CreateMod("Signal Tower", "A lit tower for night maps.");
 
 	// The plug-in is made when mod.io answers; its row is on the upload page within the same second.
 	ASSERT_TRUE(WaitFor([this] { return !UgcPlugins(ProjectDir()).empty(); })) << Window().PrintTree();
