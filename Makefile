@@ -2,7 +2,7 @@
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
-.PHONY: setup build demo test test-asan check-editor fuzz bench clean
+.PHONY: setup build demo editor-demo test test-asan check-editor fuzz bench clean
 
 setup:
 	@bash Scripts/setup.sh
@@ -16,6 +16,13 @@ demo: setup
 	cmake --preset $(PRESET)
 	cmake --build --preset $(PRESET) -j 2 --target maptorn maptorn-standin maptorn-sandbox
 	$(BUILD_DIR)/maptorn demo
+
+# The same journey through the editor's own pages, on the stand-in editor: each page as the modder
+# sees it, then the files the journey produced.
+editor-demo: setup
+	cmake --preset $(PRESET)
+	cmake --build --preset $(PRESET) -j 2 --target maptorn-editor-demo
+	$(BUILD_DIR)/maptorn-editor-demo
 
 test: build
 	ctest --preset $(PRESET)

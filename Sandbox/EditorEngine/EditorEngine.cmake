@@ -34,7 +34,7 @@ file(GLOB_RECURSE MAPTORN_EDITOR_ENGINE_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOUR
 list(FILTER MAPTORN_EDITOR_ENGINE_SOURCES EXCLUDE REGEX "/Demo/")
 add_library(MaptornEditorEngine STATIC ${MAPTORN_EDITOR_ENGINE_SOURCES})
 target_include_directories(MaptornEditorEngine PUBLIC ${PROJECT_SOURCE_DIR}/Sandbox)
-target_link_libraries(MaptornEditorEngine PUBLIC MaptornEngineSurface MaptornEditorModule MaptornStandalone ZLIB::ZLIB)
+target_link_libraries(MaptornEditorEngine PUBLIC MaptornEngineSurface MaptornEditorModule MaptornStandalone MaptornSample ZLIB::ZLIB)
 
 # The editor module's own objects and the stand-in's refer to each other (the module's InitializeModule,
 # the engine's services): link them as one group.
@@ -45,7 +45,7 @@ target_link_libraries(MaptornEditor INTERFACE "$<LINK_GROUP:RESCAN,MaptornEditor
 file(GLOB MAPTORN_EDITOR_DEMO_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/Sandbox/EditorEngine/Demo/*.cpp)
 if(MAPTORN_EDITOR_DEMO_SOURCES)
   add_executable(maptorn-editor-demo ${MAPTORN_EDITOR_DEMO_SOURCES})
-  target_link_libraries(maptorn-editor-demo PRIVATE MaptornEditor MaptornSample MaptornSandboxProcess)
+  target_link_libraries(maptorn-editor-demo PRIVATE MaptornEditor MaptornSample MaptornModioSandbox)
   target_compile_definitions(maptorn-editor-demo PRIVATE MAPTORN_STANDIN_PATH="$<TARGET_FILE:maptorn-standin>"
     MAPTORN_RESOURCES_DIR="${PROJECT_SOURCE_DIR}/Resources/")
   add_dependencies(maptorn-editor-demo maptorn-standin maptorn-sandbox)
