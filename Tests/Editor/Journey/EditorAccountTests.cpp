@@ -7,7 +7,7 @@
 
 namespace fs = std::filesystem;
 
-TEST_F(FEditorJourney, ALoginThroughTheAccountPageListsTheModdersModsAtOnce)
+TEST_F(EditorJourney, ALoginThroughTheAccountPageListsTheModdersModsAtOnce)
 {
 	LeavePluginInProject(NeonProps);
 	StartEditor();
@@ -28,7 +28,7 @@ TEST_F(FEditorJourney, ALoginThroughTheAccountPageListsTheModdersModsAtOnce)
 	EXPECT_FALSE(std::filesystem::exists(Editor.LoginFile())) << "logging out forgets the stored login";
 }
 
-TEST_F(FEditorJourney, TheEditorOffersTheTabKeepsTheLoginOverARestartAndEndsTheSessionOnce)
+TEST_F(EditorJourney, TheEditorOffersTheTabKeepsTheLoginOverARestartAndEndsTheSessionOnce)
 {
 	LeavePluginInProject(NeonProps);
 	StartEditor();

@@ -25,7 +25,7 @@ std::string LastCatalogueSort(const Maptorn::Sandbox::FModioSandbox& Sandbox)
 }
 }
 
-TEST_F(FEditorJourney, TheBrowserPagesSortsSearchesAndAddsASharedPluginToTheProject)
+TEST_F(EditorJourney, TheBrowserPagesSortsSearchesAndAddsASharedPluginToTheProject)
 {
 	StartEditor();
 	LogIn();

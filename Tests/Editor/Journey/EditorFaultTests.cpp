@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 using Maptorn::Sandbox::EFaultKind;
 using Maptorn::Sandbox::FFault;
 
-TEST_F(FEditorJourney, AWrongApiKeyIsNamedOnTheAccountPage)
+TEST_F(EditorJourney, AWrongApiKeyIsNamedOnTheAccountPage)
 {
 	Editor.NextOptions().ModioApiKey = "ffffffffffffffffffffffffffffffff";
 	StartEditor();
@@ -20,7 +20,7 @@ TEST_F(FEditorJourney, AWrongApiKeyIsNamedOnTheAccountPage)
 	EXPECT_EQ(Window().IsButtonEnabled("Send"), true);
 }
 
-TEST_F(FEditorJourney, AWrongCodeIsNamedAndTheRightOneStillLogsIn)
+TEST_F(EditorJourney, AWrongCodeIsNamedAndTheRightOneStillLogsIn)
 {
 	StartEditor();
 	ASSERT_TRUE(Press("I Agree"));
@@ -38,7 +38,7 @@ TEST_F(FEditorJourney, AWrongCodeIsNamedAndTheRightOneStillLogsIn)
 	EXPECT_TRUE(Window().TextStartingWith("The login was refused: ").empty()) << "a success clears the reason";
 }
 
-TEST_F(FEditorJourney, ARefusedCatalogueIsNamedOnTheBrowserPageAndTheRowsStay)
+TEST_F(EditorJourney, ARefusedCatalogueIsNamedOnTheBrowserPageAndTheRowsStay)
 {
 	StartEditor();
 	LogIn();
@@ -55,7 +55,7 @@ TEST_F(FEditorJourney, ARefusedCatalogueIsNamedOnTheBrowserPageAndTheRowsStay)
 	EXPECT_TRUE(WaitFor([this] { return Window().TextStartingWith("The catalogue could not be loaded: ").empty(); }));
 }
 
-TEST_F(FEditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheButtonsBack)
+TEST_F(EditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheButtonsBack)
 {
 	StartEditor();
 	LogIn();
@@ -73,7 +73,7 @@ TEST_F(FEditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheB
 	EXPECT_TRUE(Window().ShowsContaining("Upload Mod"));
 }
 
-TEST_F(FEditorJourney, ADownloadCutShortInstallsNothingAndCanBeAddedAgain)
+TEST_F(EditorJourney, ADownloadCutShortInstallsNothingAndCanBeAddedAgain)
 {
 	StartEditor();
 	LogIn();

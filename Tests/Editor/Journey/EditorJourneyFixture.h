@@ -60,3 +60,5 @@ protected:
 	bool bSandboxStarted = false;
 	std::string StartError;
 };
+
+using EditorJourney = FEditorJourney;

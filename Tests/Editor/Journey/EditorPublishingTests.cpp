@@ -35,7 +35,7 @@ std::vector<std::string> Tags(const nlohmann::json& Mod)
 }
 }
 
-TEST_F(FEditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStaged)
+TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStaged)
 {
 	StartEditor();
 	LogIn();
