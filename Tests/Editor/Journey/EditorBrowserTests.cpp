@@ -4,6 +4,7 @@
 #include "Journey/EditorJourneyFixture.h"
 
 #include <algorithm>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -81,4 +82,29 @@ TEST_F(EditorJourney, TheBrowserPagesSortsSearchesAndAddsASharedPluginToTheProje
 		NotInstalled += std::count(Row.begin(), Row.end(), "Status: Not Installed") > 0 ? 1 : 0;
 	}
 	EXPECT_EQ(NotInstalled, 2) << "the other rows can still be added";
+}
+
+TEST_F(EditorJourney, AddingAPluginTheProjectHasSwitchedOffAsksFirstAndNoKeepsIt)
+{
+	// Crate Kit's plug-in is in the project, but switched off in the .uproject.
+	LeavePluginInProject(CrateKit);
+	const std::string ProjectFile = Editor.Layout().ProjectFile;
+	nlohmann::json Project = nlohmann::json::parse(std::ifstream(ProjectFile), nullptr, false);
+	Project["Plugins"].push_back({{"Name", "UGC" + std::to_string(CrateKit)}, {"Enabled", false}});
+	std::ofstream(ProjectFile) << Project.dump(1, '\t');
+	const std::string Descriptor = ProjectDir() + "Plugins/UGC" + std::to_string(CrateKit) + "/UGC" + std::to_string(CrateKit) + ".uplugin";
+	const std::string Before = Maptorn::Testing::ReadTextFile(Descriptor);
+
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Download Source Plugin"));
+	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Crate Kit"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("1 Results - Page 1/1"); })) << Window().PrintTree();
+	SurfaceTestState::Get().MessageBoxAnswers.push_back(EAppReturnType::No);
+	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project")) << Window().LastFailure();
+	ASSERT_EQ(MessageBoxes().size(), 1u);
+	EXPECT_EQ(MessageBoxes().front().Caption, "Kelvor Workshop Source Download");
+	Editor.RunFor(0.2);
+	EXPECT_EQ(Maptorn::Testing::ReadTextFile(Descriptor), Before) << "no answers no";
+	EXPECT_FALSE(Window().ShowsContaining("Downloading"));
 }

@@ -25,6 +25,8 @@ protected:
 	static constexpr const char* Modder = "modder@example.com";
 	// The modder's seeded content mod, whose plug-in an earlier machine left in the project.
 	static constexpr int64 NeonProps = 1002;
+	// A shared source plug-in of another modder's.
+	static constexpr int64 CrateKit = 1006;
 
 	FEditorJourney();
 	void SetUp() override;

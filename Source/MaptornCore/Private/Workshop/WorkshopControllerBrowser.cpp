@@ -3,6 +3,7 @@
 #include "Workshop/WorkshopController.h"
 
 #include "Common/StringUtil.h"
+#include "Content/ModDefinitions.h"
 #include "Modio/ModioInterface.h"
 #include "Module/MaptornModule.h"
 #include "WorkshopSupport.h"
@@ -99,9 +100,9 @@ void FWorkshopController::OnDownloadSourceModClicked(const FSourceModInfo& Mod)
     {
         return;
     }
-    const std::string ModId = WorkshopSupport::ModIdOf(Mod.PluginName);
-    const std::vector<std::string> LocalIds = Client->LocalUGCModIds();
-    const bool bInProject = std::any_of(LocalIds.begin(), LocalIds.end(), [&](const std::string& Id) { return EqualsIgnoreCase(Id, ModId); });
+    // A plug-in the project has switched off is still the modder's files on disk: the install
+    // replaces it as surely as an enabled one, so it gets the same question.
+    const bool bInProject = Module->GetPlatform().Engine.FindPlugin(MakeUGCPluginName(WorkshopSupport::ModIdOf(Mod.PluginName))).has_value();
     if (bInProject &&
         Module->GetPlatform().Dialogs.MessageBox(EAppMsgType::YesNo, OverwriteQuestion(Mod.PluginName), "Kelvor Workshop Source Download") !=
             EAppReturnType::Yes)
