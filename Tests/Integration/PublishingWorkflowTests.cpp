@@ -115,6 +115,8 @@ protected:
         Client().Login();
         WaitForModio();
         ASSERT_TRUE(Client().bIsLoggedIn);
+        // A login lists the modder's mods at once.
+        Tick([this] { return !Client().bOwnModRefreshBusy; });
     }
 
     // Creates a mod of the type on mod.io and locally, and answers its id.

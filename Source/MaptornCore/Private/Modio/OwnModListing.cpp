@@ -34,9 +34,10 @@ nlohmann::json ModObjectOf(const FModioModInfo& Mod)
 
 bool FModioInterface::RefreshOwnModsThroughSession(IModioSession& Session)
 {
+    const uint64 Generation = ++OwnModRefreshGeneration;
     const bool bStarted = Session.ListUserCreatedModsAsync(
-        [this, Alive = std::weak_ptr<bool>(AliveToken)](FModioErrorCode ErrorCode, std::optional<std::vector<FModioModInfo>> Mods) {
-            if (!Alive.expired())
+        [this, Alive = std::weak_ptr<bool>(AliveToken), Generation](FModioErrorCode ErrorCode, std::optional<std::vector<FModioModInfo>> Mods) {
+            if (!Alive.expired() && Generation == OwnModRefreshGeneration)
             {
                 bOwnModRefreshBusy = false;
                 OnOwnModsListed(ErrorCode, Mods);

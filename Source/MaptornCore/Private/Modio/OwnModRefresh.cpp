@@ -26,8 +26,9 @@ void FModioInterface::RefreshOwnMods()
         return;
     }
     std::weak_ptr<bool> Alive = AliveToken;
-    Request->OnProcessRequestComplete() = [this, Alive](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
-        if (!Alive.expired())
+    const uint64 Generation = ++OwnModRefreshGeneration;
+    Request->OnProcessRequestComplete() = [this, Alive, Generation](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        if (!Alive.expired() && Generation == OwnModRefreshGeneration)
         {
             bOwnModRefreshBusy = false;
             OnOwnModsAnswer(Response, bConnected);

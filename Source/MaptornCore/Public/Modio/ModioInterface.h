@@ -63,6 +63,9 @@ public:
     void RefreshOwnMods();
     // An own-mod refresh is on its way (cleared on every answer, failed ones included).
     bool bOwnModRefreshBusy = false;
+    // Each own-mod query's number: only the newest one's answer is used, so an older answer that
+    // arrives late (a login's, overtaken by a new mod's) never replaces a newer list.
+    uint64 OwnModRefreshGeneration = 0;
 
     // Uploads: checks, stamps a new version, then packages (or stages) and uploads each chosen
     // platform one after the other.
