@@ -327,4 +327,23 @@ void UnloadPackage(const FString& PackageName)
 	}
 	delete Package;
 }
+
+void UnloadAll()
+{
+	// Objects first, packages last, as the garbage collector frees them when the editor closes.
+	std::vector<const UObject*> Objects;
+	std::vector<const UObject*> Packages;
+	for (const auto& [Object, Record] : ::Objects())
+	{
+		(Record.Class == UPackage::StaticClass() ? Packages : Objects).push_back(Object);
+	}
+	for (const UObject* Object : Objects)
+	{
+		delete Object;
+	}
+	for (const UObject* Package : Packages)
+	{
+		delete Package;
+	}
+}
 }

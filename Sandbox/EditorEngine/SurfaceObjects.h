@@ -7,4 +7,6 @@ namespace SurfaceObjects
 {
 // Drops the package's objects from memory, as the editor does when it unloads an asset.
 void UnloadPackage(const FString& PackageName);
+// Every object and package, as when the editor closes.
+void UnloadAll();
 }

@@ -2,6 +2,7 @@
 // manager and the Tools menu, and the frame.
 
 #include "EditorEngine/SurfaceEditor.h"
+#include "EditorEngine/SurfaceObjects.h"
 #include "EditorEngine/SurfaceTestState.h"
 
 #include "Framework/Docking/TabManager.h"
@@ -303,6 +304,7 @@ void Exit()
 		Modules.pop_back();
 	}
 	Tabs().clear();
+	SurfaceObjects::UnloadAll();
 	SurfaceTestState::CloseHttp();
 	SurfaceTestState::PumpGameThread();
 }

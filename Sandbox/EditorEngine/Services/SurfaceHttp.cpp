@@ -10,7 +10,9 @@
 #include "Platform/CurlHttp.h"
 #include "Platform/StringConversion.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 using MaptornString::ToFString;
 using MaptornString::ToStd;
@@ -28,7 +30,11 @@ public:
 	std::shared_ptr<Maptorn::ITaskHandle> StartPoolTask(std::function<void()> /*Work*/) override { return nullptr; }
 };
 
+class FSurfaceHttpRequest;
+
 FGameThreadTasks GameThreadTasks;
+// The requests running now, each holding itself until it completes (game thread only).
+std::vector<FSurfaceHttpRequest*> RunningRequests;
 std::unique_ptr<Maptorn::FCurlHttp> OpenTransport;
 
 // Made on the first request of an editor run, closed when the editor exits: its connections and
@@ -113,6 +119,7 @@ public:
 	{
 		// Held until it completes, as the engine's HTTP manager holds its requests.
 		SelfWhileProcessing = AsShared();
+		RunningRequests.push_back(this);
 		Request->OnRequestProgress() = [this](Maptorn::FHttpRequestPtr, Maptorn::int64 Sent, Maptorn::int64 Received) {
 			OnRequestProgress().ExecuteIfBound(AsShared(), static_cast<int32>(Sent), static_cast<int32>(Received));
 		};
@@ -120,7 +127,7 @@ public:
 			OnHeaderReceived().ExecuteIfBound(AsShared(), ToFString(Name), ToFString(Value));
 		};
 		Request->OnProcessRequestComplete() = [this](Maptorn::FHttpRequestPtr, Maptorn::FHttpResponsePtr CoreResponse, bool bConnected) {
-			const FHttpRequestPtr Self = MoveTemp(SelfWhileProcessing);
+			const FHttpRequestPtr Self = Release();
 			if (bConnected && CoreResponse)
 			{
 				Response = MakeShared<FSurfaceHttpResponse>(GetURL(), CoreResponse);
@@ -129,10 +136,23 @@ public:
 		};
 		if (!Request->ProcessRequest())
 		{
-			SelfWhileProcessing.Reset();
+			Release();
 			return false;
 		}
 		return true;
+	}
+
+	void CompleteUnanswered()
+	{
+		const FHttpRequestPtr Self = Release();
+		OnProcessRequestComplete().ExecuteIfBound(Self, nullptr, false);
+	}
+
+	// Lets go of the request's hold on itself; the caller keeps what is returned while it needs it.
+	FHttpRequestPtr Release()
+	{
+		RunningRequests.erase(std::remove(RunningRequests.begin(), RunningRequests.end(), this), RunningRequests.end());
+		return MoveTemp(SelfWhileProcessing);
 	}
 	FHttpRequestCompleteDelegate& OnProcessRequestComplete() override { return Complete; }
 	FHttpRequestProgressDelegate& OnRequestProgress() override { return Progress; }
@@ -168,7 +188,13 @@ namespace SurfaceTestState
 {
 void CloseHttp()
 {
+	// The transport drops what runs without calling back; as the engine's HTTP module does when it
+	// shuts down, each request still running then completes as failed, and lets go of itself.
 	OpenTransport.reset();
+	while (!RunningRequests.empty())
+	{
+		RunningRequests.back()->CompleteUnanswered();
+	}
 }
 }
 
