@@ -5,6 +5,7 @@
 #include "EditorEngine/SurfaceTestState.h"
 
 #include "AssetRegistry/AssetRegistryModule.h"
+#include "CoreGlobals.h"
 #include "FileHelpers.h"
 #include "Kelvor_GameMode.h"
 #include "Kelvor_Map.h"
@@ -206,6 +207,8 @@ bool UPackage::IsDirty() const
 
 UPackage* CreatePackage(const TCHAR* PackageName)
 {
+	// Objects belong to the game thread: a worker that loads or makes one is a bug the engine would crash on.
+	check(IsInGameThread());
 	for (const auto& [Object, Record] : Objects())
 	{
 		if (!Record.Outer && Record.Class == UPackage::StaticClass() && Record.Name.Equals(PackageName))
@@ -218,6 +221,8 @@ UPackage* CreatePackage(const TCHAR* PackageName)
 
 UObject* StaticFindObject(UClass* Class, UObject* InOuter, const TCHAR* Name, bool /*ExactClass*/)
 {
+	// Objects belong to the game thread: a worker that loads or makes one is a bug the engine would crash on.
+	check(IsInGameThread());
 	for (const auto& [Object, Record] : Objects())
 	{
 		if (Record.Outer == InOuter && Record.Name.Equals(Name) && Object->IsA(Class))
@@ -231,6 +236,7 @@ UObject* StaticFindObject(UClass* Class, UObject* InOuter, const TCHAR* Name, bo
 UObject* StaticLoadObject(UClass* Class, UObject* /*InOuter*/, const TCHAR* Name, const TCHAR* /*Filename*/, uint32 /*LoadFlags*/,
 	UPackageMap* /*Sandbox*/, bool /*bAllowObjectReconciliation*/, const FLinkerInstancingContext* /*InstancingContext*/)
 {
+	check(IsInGameThread());
 	for (const auto& [Object, Record] : Objects())
 	{
 		if (Record.Outer && Object->GetPathName().Equals(Name) && Object->IsA(Class))
@@ -243,6 +249,8 @@ UObject* StaticLoadObject(UClass* Class, UObject* /*InOuter*/, const TCHAR* Name
 
 UObject* StaticConstructObject_Internal(const UClass* Class, UObject* InOuter, FName Name, EObjectFlags /*SetFlags*/)
 {
+	// Objects belong to the game thread: a worker that loads or makes one is a bug the engine would crash on.
+	check(IsInGameThread());
 	const auto Info = Classes().find(Class);
 	check(Info != Classes().end() && Info->second.Make);
 	return Register(Info->second.Make(), const_cast<UClass*>(Class), InOuter, Name.ToString());

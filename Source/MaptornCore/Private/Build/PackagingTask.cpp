@@ -144,9 +144,10 @@ void FPackager::RunPackagingTask(std::function<void()> OnComplete, std::function
 void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy, std::function<void()> OnComplete,
     std::function<void()> OnFailed)
 {
+    auto Packager = std::make_shared<FPackager>(Platform, Client, bBusy);
     Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask,
-        [&Platform, &Client, &bBusy, OnComplete = std::move(OnComplete), OnFailed = std::move(OnFailed)]() mutable {
-            FPackager(Platform, Client, bBusy).RunPackagingTask(std::move(OnComplete), std::move(OnFailed));
+        [Packager, OnComplete = std::move(OnComplete), OnFailed = std::move(OnFailed)]() mutable {
+            Packager->RunPackagingTask(std::move(OnComplete), std::move(OnFailed));
     });
 }
 }

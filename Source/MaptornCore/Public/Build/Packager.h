@@ -19,6 +19,8 @@ struct FKelvorDefinition;
 class MAPTORNCORE_API FPackager
 {
 public:
+    // Made on the game thread: it reads the chosen mod's definition there, since definitions are
+    // engine objects, and the worker packages from that copy.
     FPackager(FMaptornPlatform& InPlatform, FModioInterface& InClient, std::atomic<bool>& InBusy);
 
     // One automation-tool run for one target. False only when the plug-in is missing or the tool
@@ -33,7 +35,7 @@ private:
     // The message of the first failed step, or null.
     const char* PackageChosenPlatforms();
     std::string ResolveStagingDirectory(uint8 Target, const std::string& PluginId);
-    void WriteMetadata(const std::string& PluginId, const std::shared_ptr<FKelvorDefinition>& Definition);
+    void WriteMetadata(const std::string& PluginId);
     std::string MakeNeverCookList(const std::string& PluginId);
     void MoveVeskoPak(uint8 Target, const std::string& PluginName, std::string StagingDirectory);
     void EchoAutomationLog();
@@ -42,9 +44,11 @@ private:
     FMaptornPlatform& Platform;
     FModioInterface& Client;
     std::atomic<bool>& bBusy;
+    // The chosen mod's definition as it was when packaging began; null when it has none.
+    std::shared_ptr<const FKelvorDefinition> Definition;
 };
 
-// Starts the packaging task on a background worker.
+// Starts the packaging task on a background worker (call it on the game thread).
 void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy,
     std::function<void()> OnComplete, std::function<void()> OnFailed = {});
 }
