@@ -25,6 +25,11 @@ FPackager::FPackager(FMaptornPlatform& InPlatform, FModioInterface& InClient, st
     , Client(InClient)
     , bBusy(InBusy)
 {
+    // A copy: the loaded one stays the engine's, to be read and written on the game thread only.
+    if (const std::shared_ptr<FKelvorDefinition> Loaded = LoadAnyModDefinition(Platform, Client.SelectedModId))
+    {
+        Definition = std::make_shared<const FKelvorDefinition>(*Loaded);
+    }
 }
 
 std::string FPackager::ResolveStagingDirectory(uint8 Target, const std::string& PluginId)
@@ -49,7 +54,7 @@ std::string FPackager::ResolveStagingDirectory(uint8 Target, const std::string& 
     return StagingDirectory;
 }
 
-void FPackager::WriteMetadata(const std::string& PluginId, const std::shared_ptr<FKelvorDefinition>& Definition)
+void FPackager::WriteMetadata(const std::string& PluginId)
 {
     const std::string Folder = Paths::Combine(ProjectEnvironment::GetWorkshopDirectory(Platform.Engine), PluginId);
     if (!FileSystem::DirectoryExists(Folder))
@@ -90,8 +95,7 @@ bool FPackager::Package(uint8 Target)
     }
 
     const std::string StagingDirectory = ResolveStagingDirectory(Target, PluginId);
-    const std::shared_ptr<FKelvorDefinition> Definition = LoadAnyModDefinition(Platform, Client.SelectedModId);
-    WriteMetadata(PluginId, Definition);
+    WriteMetadata(PluginId);
 
     FAutomationCommandInputs Inputs;
     Inputs.Target = Target;
