@@ -6,6 +6,7 @@
 #include "Misc/ConfigCacheIni.h"
 #include "Platform/StringConversion.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -117,7 +118,11 @@ int32 FStandInEditor::Exit()
 
 void FStandInEditor::Frame()
 {
-	SurfaceEditor::Frame(1.0f / 60.0f);
+	const auto Now = std::chrono::steady_clock::now();
+	// A stall (a debugger, a slow machine) counts as a tenth of a second at most, as a hitch would.
+	const float DeltaSeconds = std::min(std::chrono::duration<float>(Now - LastFrame).count(), 0.1f);
+	LastFrame = Now;
+	SurfaceEditor::Frame(DeltaSeconds);
 	// Leaves the transfer and process threads time to move, as a frame's 16 ms would.
 	std::this_thread::sleep_for(std::chrono::milliseconds(2));
 }

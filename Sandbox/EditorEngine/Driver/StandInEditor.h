@@ -10,6 +10,7 @@
 
 #include "Sample/SampleProject.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -56,7 +57,7 @@ public:
 	const Maptorn::Sample::FSampleLayout& Layout() const { return SampleLayout; }
 	const std::string& LoginFile() const { return StoredLoginFile; }
 
-	// One frame of 1/60 s.
+	// One frame; its delta time is the real time since the last one, as the engine's is.
 	void Frame();
 	// Frames until Done holds, for at most TimeoutSeconds of real time.
 	bool RunUntil(const std::function<bool()>& Done, double TimeoutSeconds = 30.0);
@@ -72,4 +73,5 @@ private:
 	std::unique_ptr<UModioSubsystem> Subsystem;
 	FWidgetDriver Driver;
 	bool bRunning = false;
+	std::chrono::steady_clock::time_point LastFrame = std::chrono::steady_clock::now();
 };

@@ -58,6 +58,8 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStag
 	ASSERT_TRUE(PressNear("Signal Tower", "Select Mod")) << Window().LastFailure();
 	ASSERT_TRUE(Window().Toggle("Windows"));
 	ASSERT_TRUE(Window().Toggle("Android"));
+	ASSERT_TRUE(Window().Toggle("Share Mod Assets"));
+	fs::create_directories(ProjectDir() + "Plugins/UGC" + ModId + "/Saved/Autosaves"); // as the editor leaves it
 	EXPECT_EQ(Window().CheckState("Windows"), ECheckBoxState::Checked);
 	ASSERT_TRUE(Window().Type("Change note", "First release"));
 	ASSERT_TRUE(PressNear("Change note", "Upload Mod")) << Window().LastFailure();
@@ -71,14 +73,17 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStag
 		return !MessageBoxes().empty();
 	}, 120.0)) << Window().PrintTree();
 	EXPECT_EQ(MessageBoxes().back().Text, "Upload Complete");
-	// Four builds go up one after the other, and the progress line counts them.
+	// Five files go up one after the other, and the progress line counts them.
 	ASSERT_FALSE(ProgressTexts.empty()) << "the progress line showed";
-	EXPECT_EQ(ProgressTexts.back().rfind("Uploading 4/4", 0), 0u) << ProgressTexts.back();
+	EXPECT_EQ(ProgressTexts.back().rfind("Uploading 5/5", 0), 0u) << ProgressTexts.back();
 
 	const nlohmann::json Files = ServiceGet("/v1/games/1/mods/" + ModId + "/files");
 	std::vector<std::string> Platforms;
+	int64 LastAdded = 0;
 	for (const nlohmann::json& File : Files.value("data", nlohmann::json::array()))
 	{
+		EXPECT_GE(File.value("date_added", int64(0)) - LastAdded, 1) << "a pause between files";
+		LastAdded = File.value("date_added", int64(0));
 		EXPECT_EQ(File.value("changelog", ""), "First release");
 		EXPECT_EQ(File.value("version", ""), "1") << "the stamped version";
 		for (const nlohmann::json& Platform : File.value("platforms", nlohmann::json::array()))
@@ -87,14 +92,17 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStag
 		}
 	}
 	std::sort(Platforms.begin(), Platforms.end());
-	// Windows and its Linux server; Android as Quest (mod.io's "oculus") and the Vesko server (the game files it as "mac").
-	EXPECT_EQ(Platforms, (std::vector<std::string>{"linux", "mac", "oculus", "windows"})) << Files.dump();
+	// Windows and its Linux server; Android as Quest (mod.io's "oculus") and the Vesko server (the game
+	// files it as "mac"); the plug-in's own files for other modders.
+	EXPECT_EQ(Platforms, (std::vector<std::string>{"linux", "mac", "oculus", "source", "windows"})) << Files.dump();
+	EXPECT_FALSE(fs::exists(ProjectDir() + "Plugins/UGC" + ModId + "/Saved")) << "shared sources never carry Saved";
 	EXPECT_NE(ServiceGet("/v1/games/1/mods/" + ModId).value("metadata_blob", "").find("\"VersionUUID\": 1"), std::string::npos);
 
 	// Stage the Windows build into a folder of the modder's choosing.
 	const std::string StageDir = Temp.Dir() + "Stage";
 	fs::create_directories(StageDir);
 	ASSERT_TRUE(Window().Toggle("Android"));
+	Sandbox.ClearRequestLog();
 	SurfaceTestState::Get().FolderAnswers.push_back(StageDir);
 	ASSERT_TRUE(Press("Select Stage Directory"));
 	EXPECT_TRUE(Window().Shows("Stage Dir: " + StageDir)) << Window().PrintTree();
@@ -102,4 +110,8 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStag
 	EXPECT_TRUE(WaitFor([&] { return !fs::is_empty(StageDir) && Window().IsButtonEnabled("Stage Mod").value_or(false); }, 60.0))
 		<< Window().PrintTree();
 	EXPECT_TRUE(Window().IsButtonEnabled("Select Mod").value_or(false)) << "the rows are usable again";
+	for (const Maptorn::Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
+	{
+		EXPECT_FALSE(Request.Method != "GET" && Request.Path.find("/files") != std::string::npos) << "staging never uploads: " << Request.Path;
+	}
 }
