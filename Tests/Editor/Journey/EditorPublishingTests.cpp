@@ -35,7 +35,7 @@ std::vector<std::string> Tags(const nlohmann::json& Mod)
 }
 }
 
-TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStaged)
+TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithItsSourceThenStaged)
 {
 	StartEditor();
 	LogIn();
@@ -54,7 +54,7 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForTwoPlatformsAndStag
 	EXPECT_NE(Mod.value("metadata_blob", ""), "");
 	EXPECT_EQ(Tags(Mod), std::vector<std::string>{"Mod"});
 
-	// Upload for Windows and Android with a change note.
+	// Upload for Windows and Android, sharing the plug-in's assets, with a change note.
 	ASSERT_TRUE(PressNear("Signal Tower", "Select Mod")) << Window().LastFailure();
 	ASSERT_TRUE(Window().Toggle("Windows"));
 	ASSERT_TRUE(Window().Toggle("Android"));
