@@ -45,7 +45,8 @@ TEST_F(EditorJourney, ARefusedCatalogueIsNamedOnTheBrowserPageAndTheRowsStay)
 	ASSERT_TRUE(OpenPage("Download Source Plugin"));
 	ASSERT_TRUE(WaitFor([this] { return Window().ShowsContaining("Results - Page 1/2"); })) << Window().PrintTree();
 
-	Sandbox.InjectFault(FFault{"/v1/games/1/mods", "GET", 1, EFaultKind::Status, 503});
+	// Refused, not merely busy: a 403 is not worth another try.
+	Sandbox.InjectFault(FFault{"/v1/games/1/mods", "GET", 1, EFaultKind::Status, 403});
 	ASSERT_TRUE(Press("Refresh.svg")) << Window().LastFailure();
 	ASSERT_TRUE(WaitFor([this] { return !Window().TextStartingWith("The catalogue could not be loaded: ").empty(); }))
 		<< Window().PrintTree();
@@ -73,7 +74,7 @@ TEST_F(EditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheBu
 	EXPECT_TRUE(Window().ShowsContaining("Upload Mod"));
 }
 
-TEST_F(EditorJourney, ADownloadCutShortInstallsNothingAndCanBeAddedAgain)
+TEST_F(EditorJourney, ADownloadCutShortEveryTimeInstallsNothingAndSaysSo)
 {
 	StartEditor();
 	LogIn();
@@ -81,16 +82,14 @@ TEST_F(EditorJourney, ADownloadCutShortInstallsNothingAndCanBeAddedAgain)
 	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Crate Kit"));
 	ASSERT_TRUE(WaitFor([this] { return Window().Shows("1 Results - Page 1/1"); })) << Window().PrintTree();
 
-	Sandbox.InjectFault(FFault{"/sandbox/files/", "GET", 1, EFaultKind::CloseMidBody});
+	// Cut on every try, resumed ones included.
+	Sandbox.InjectFault(FFault{"/sandbox/files/", "GET", 100, EFaultKind::CloseMidBody});
 	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project"));
 	ASSERT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Add to Project").value_or(false); }, 30.0)) << Window().PrintTree();
 	EXPECT_TRUE(Window().Shows("Crate Kit was not added to the project: its download failed (the output log says why)")) << Window().PrintTree();
+	EXPECT_TRUE(Window().Shows("Status: Not Installed"));
 	for (const fs::directory_entry& Entry : fs::directory_iterator(ProjectDir() + "Plugins"))
 	{
 		EXPECT_EQ(Entry.path().filename().string().rfind("UGC", 0), std::string::npos) << "nothing half-installed: " << Entry.path();
 	}
-
-	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project"));
-	EXPECT_TRUE(WaitFor([this] { return Window().Shows("Status: Installed, Editor Restart Required"); }, 30.0)) << Window().PrintTree();
-	EXPECT_FALSE(Window().ShowsContaining("was not added to the project")) << "a success clears the reason";
 }
