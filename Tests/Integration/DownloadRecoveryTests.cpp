@@ -7,7 +7,9 @@
 #include "Support/SandboxFixture.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -171,6 +173,7 @@ TEST_F(DownloadRecovery, ACatalogueQueryAnswered429WaitsItsRetryAfterOnTheTickTh
     {
         Tasks.PumpGameThread();
         Module.Tick(0.0f);
+        std::this_thread::sleep_for(std::chrono::milliseconds(4));
     }
     Module.Tick(1.9f);
     EXPECT_EQ(CatalogueRequests(), 1u);
