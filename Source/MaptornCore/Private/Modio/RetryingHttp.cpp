@@ -69,6 +69,7 @@ public:
         ResponseFile = FilePath;
         bAppendResponse = bAppend;
     }
+    void SetResponseBodyDigest(std::shared_ptr<FMd5> InDigest) override { Digest = std::move(InDigest); }
     void SetTimeout(float Seconds) override { Timeout = Seconds; }
 
     std::string GetVerb() const override { return Verb; }
@@ -155,6 +156,10 @@ private:
         {
             Request->SetResponseBodyFile(ResponseFile, bAppendResponse);
         }
+        if (Digest)
+        {
+            Request->SetResponseBodyDigest(Digest);
+        }
         if (Timeout > 0.0f)
         {
             Request->SetTimeout(Timeout);
@@ -240,6 +245,7 @@ private:
     std::optional<std::string> ContentFile;
     std::string ResponseFile;
     bool bAppendResponse = false;
+    std::shared_ptr<FMd5> Digest;
     float Timeout = 0.0f;
 
     FHttpRequestCompleteDelegate Complete;

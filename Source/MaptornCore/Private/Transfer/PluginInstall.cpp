@@ -22,10 +22,14 @@ void FPluginModDownload::ExtractDownload()
             Printf("[MOD] mod.io gives no checksum for %s; its archive is installed unchecked", ModName.c_str()));
     }
     IMaptornArchive& ArchivePort = Platform.Archive;
-    // The check reads the archive once more, on the worker, where the extraction reads it anyway.
-    ExtractTask = Platform.Tasks.StartPoolTask([&ArchivePort, Archive, Destination, Expected = ToLower(ExpectedMd5), Extracted = bExtracted,
+    // The digest taken while the bytes arrived; a host that could not take it leaves the worker
+    // to read the archive once more.
+    const bool bStreamed = ArchiveDigest && static_cast<int64>(ArchiveDigest->GetTotalBytes()) == FileSystem::FileSize(Archive);
+    const std::string Streamed = bStreamed && !ExpectedMd5.empty() ? ArchiveDigest->FinalHex() : std::string();
+    ArchiveDigest.reset();
+    ExtractTask = Platform.Tasks.StartPoolTask([&ArchivePort, Archive, Destination, Expected = ToLower(ExpectedMd5), Streamed, Extracted = bExtracted,
                                                    Error = ExtractError, Mismatch = ChecksumError] {
-        const std::string Received = Expected.empty() ? std::string() : FMd5::OfFile(Archive);
+        const std::string Received = Expected.empty() ? std::string() : !Streamed.empty() ? Streamed : FMd5::OfFile(Archive);
         if (Received != Expected)
         {
             *Mismatch = Printf("its archive is not the file mod.io describes (MD5 %s expected, %s received)", Expected.c_str(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Common/CoreTypes.h"
+#include "Common/Md5.h"
 #include "Common/TickTimers.h"
 #include "Platform/MaptornPlatform.h"
 #include "Transfer/PluginFolderMove.h"
@@ -95,6 +96,9 @@ private:
     // The first byte of the "Content-Range" answered to it; -1 before one arrives.
     int64 AnsweredFrom = -1;
     bool bTotalFromRange = false;
+    // The archive's MD5, fed by the host as the body is written; it covers the archive only when
+    // its byte count is the file's size.
+    std::shared_ptr<FMd5> ArchiveDigest;
     int32 ResumeTries = 0;
     bool bCancelRequested = false;
     // Written by the extraction worker, read by Update once the task is done.
