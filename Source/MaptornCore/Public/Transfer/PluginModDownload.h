@@ -22,7 +22,8 @@ enum class EPluginDownloadState : uint8
 };
 
 // One shared source plug-in on its way into the project: downloaded as a ZIP archive in ranged
-// chunks streamed to disk, extracted on a pool worker, then installed into the project's plug-ins.
+// chunks streamed to disk (a chunk cut short goes on from the byte reached), checked against the
+// modfile's MD5, extracted on a pool worker, then installed into the project's plug-ins.
 // Handlers run on the game thread; the owner polls Update every frame.
 class MAPTORNCORE_API FPluginModDownload : public std::enable_shared_from_this<FPluginModDownload>
 {
