@@ -11,11 +11,18 @@
 
 namespace Maptorn
 {
+namespace
+{
+class FRetryingRequest;
+}
+
 struct FRetryingHttp::FShared
 {
     IMaptornHttp& Inner;
     FTickTimers& Timers;
     IMaptornLog* Log;
+    // Requests not yet finished; they are let go when the HTTP goes.
+    std::vector<std::weak_ptr<FRetryingRequest>> Live;
 
     void Say(ELogVerbosity Verbosity, const std::string& Message) const
     {
@@ -106,6 +113,22 @@ public:
             return false;
         }
         return true;
+    }
+
+    // The owner is going: nothing more is sent or heard, and the host's request lets go of this one.
+    void Detach()
+    {
+        bCancelled = true;
+        Complete = nullptr;
+        Progress = nullptr;
+        HeaderReceived = nullptr;
+        if (FHttpRequestPtr Running = std::move(Inner))
+        {
+            Running->OnProcessRequestComplete() = nullptr;
+            Running->OnRequestProgress() = nullptr;
+            Running->OnHeaderReceived() = nullptr;
+            Running->CancelRequest();
+        }
     }
 
     void CancelRequest() override
@@ -262,14 +285,26 @@ private:
 }
 
 FRetryingHttp::FRetryingHttp(IMaptornHttp& InInner, FTickTimers& InTimers, IMaptornLog* InLog)
-    : Shared(std::make_shared<FShared>(FShared{InInner, InTimers, InLog}))
+    : Shared(std::make_shared<FShared>(FShared{InInner, InTimers, InLog, {}}))
 {
 }
 
-FRetryingHttp::~FRetryingHttp() = default;
+FRetryingHttp::~FRetryingHttp()
+{
+    for (const std::weak_ptr<FRetryingRequest>& Entry : Shared->Live)
+    {
+        if (const std::shared_ptr<FRetryingRequest> Request = Entry.lock())
+        {
+            Request->Detach();
+        }
+    }
+}
 
 FHttpRequestPtr FRetryingHttp::CreateRequest()
 {
-    return std::make_shared<FRetryingRequest>(Shared);
+    std::erase_if(Shared->Live, [](const std::weak_ptr<FRetryingRequest>& Entry) { return Entry.expired(); });
+    auto Request = std::make_shared<FRetryingRequest>(Shared);
+    Shared->Live.push_back(Request);
+    return Request;
 }
 }
