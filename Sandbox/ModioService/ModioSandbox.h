@@ -23,7 +23,10 @@ enum class EFaultKind
     Status,       // answer with Status and a mod.io-shaped error body
     CloseMidBody, // headers with the full Content-Length, half the body, then the connection drops
     TruncateBody, // the body one byte short of its Content-Length, then the connection closes
-    Stall         // wait DelayMs, then answer normally
+    Stall,        // wait DelayMs, then answer normally
+    CloseAfter,   // headers with the full Content-Length, the first CutAfterBytes of the body, then the connection drops
+    WrongFilehash, // every "filehash.md5" of the JSON answer names other bytes
+    ShiftRange    // a ranged download answers the range that begins RangeShift bytes later, saying so in its Content-Range
 };
 
 struct FFault
@@ -34,6 +37,9 @@ struct FFault
     EFaultKind Kind = EFaultKind::Status;
     int Status = 500;
     int DelayMs = 0;
+    int RetryAfterSeconds = 1; // sent with a 429
+    int64_t CutAfterBytes = 0;
+    int64_t RangeShift = 0;
 };
 
 struct FRecordedRequest

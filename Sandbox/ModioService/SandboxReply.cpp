@@ -77,7 +77,7 @@ struct FReplySource
 };
 }
 
-void WriteReply(const FReply& Reply, EReplyCut Cut, httplib::Response& Response)
+void WriteReply(const FReply& Reply, EReplyCut Cut, httplib::Response& Response, uint64 CutAfter)
 {
     Response.status = Reply.Status;
     for (const auto& [Name, Value] : Reply.Headers)
@@ -94,7 +94,14 @@ void WriteReply(const FReply& Reply, EReplyCut Cut, httplib::Response& Response)
         return;
     }
     const uint64 Length = Reply.File ? Reply.File->Length : Reply.Body.size();
-    const uint64 Limit = Cut == EReplyCut::Half ? Length / 2 : Cut == EReplyCut::LastByte && Length > 0 ? Length - 1 : Length;
+    uint64 Limit = Length;
+    switch (Cut)
+    {
+    case EReplyCut::Half: Limit = Length / 2; break;
+    case EReplyCut::LastByte: Limit = Length > 0 ? Length - 1 : 0; break;
+    case EReplyCut::After: Limit = std::min(CutAfter, Length); break;
+    case EReplyCut::None: break;
+    }
     auto Source = std::make_shared<FReplySource>();
     Source->Body = Reply.Body;
     Source->File = Reply.File;

@@ -43,8 +43,9 @@ enum class EReplyCut
 {
     None,
     Half,    // the first half, then the connection drops
-    LastByte // everything but the last byte, then the connection closes
+    LastByte, // everything but the last byte, then the connection closes
+    After     // the first CutAfter bytes, then the connection drops
 };
 
-void WriteReply(const FReply& Reply, EReplyCut Cut, httplib::Response& Response);
+void WriteReply(const FReply& Reply, EReplyCut Cut, httplib::Response& Response, uint64 CutAfter = 0);
 }

@@ -1,10 +1,12 @@
 #include "ModioService/SandboxRouter.h"
 
 #include "Common/StringUtil.h"
+#include "ModioService/SandboxFaultReplies.h"
 #include "ModioService/SandboxState.h"
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <regex>
@@ -107,6 +109,10 @@ EReplyCut CutOf(const std::optional<FFault>& Fault)
     if (Fault && Fault->Kind == EFaultKind::CloseMidBody)
     {
         return EReplyCut::Half;
+    }
+    if (Fault && Fault->Kind == EFaultKind::CloseAfter)
+    {
+        return EReplyCut::After;
     }
     return Fault && Fault->Kind == EFaultKind::TruncateBody ? EReplyCut::LastByte : EReplyCut::None;
 }
@@ -232,8 +238,12 @@ void FSandboxRouter::Dispatch(const httplib::Request& Request, httplib::Response
     FRequestBody Body;
     FRouteContext Context{ State, Request, Body, 0, "windows", false };
     ReadPlatform(Context);
-    const FReply Reply = Answer(Context, Reader, Route, Fault);
-    WriteReply(Reply, CutOf(Fault), Response);
+    FReply Reply = Answer(Context, Reader, Route, Fault);
+    if (Fault)
+    {
+        SpoilReply(*Fault, Reply);
+    }
+    WriteReply(Reply, CutOf(Fault), Response, Fault ? static_cast<uint64>(std::max<int64_t>(Fault->CutAfterBytes, 0)) : 0);
     State.Log.Add(RecordOf(Request, Body.ReceivedBytes, Reply.Status));
     State.Say(Request.method + " " + Request.path + " -> " + std::to_string(Reply.Status));
 }

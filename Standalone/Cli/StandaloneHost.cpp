@@ -87,7 +87,7 @@ bool FStandaloneHost::CreateModioSession(std::string& OutError)
     {
         return false;
     }
-    Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(MakeModuleConfig(Settings).ModioGameId));
+    Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(MakeModuleConfig(Settings).ModioGameId), &Log);
     Platform.ModioSession = Session.get();
     return true;
 }

@@ -88,6 +88,14 @@ void FCurlHttpRequest::SetResponseBodyFile(const std::string& FilePath, bool bAp
     }
 }
 
+void FCurlHttpRequest::SetResponseBodyDigest(std::shared_ptr<FMd5> Digest)
+{
+    if (!bStarted)
+    {
+        Setup.ResponseBodyDigest = std::move(Digest);
+    }
+}
+
 void FCurlHttpRequest::SetTimeout(float Seconds)
 {
     if (!bStarted)
@@ -111,7 +119,7 @@ bool FCurlHttpRequest::ProcessRequest()
     bStarted = true;
     Status = EHttpRequestStatus::Processing;
     FCurlTransferSetup Transfer{Setup.Verb, Setup.Url, Setup.Headers, std::move(Setup.Content), std::move(Setup.ContentFile),
-        Setup.ContentFileSize, Setup.ResponseBodyFile, Setup.bAppendResponseBody, Setup.StallTimeoutSeconds};
+        Setup.ContentFileSize, Setup.ResponseBodyFile, Setup.bAppendResponseBody, Setup.ResponseBodyDigest, Setup.StallTimeoutSeconds};
     TransferId =
         Thread->Start(std::make_unique<FCurlTransfer>(shared_from_this(), std::move(Transfer), Thread->GetDelivery()));
     if (TransferId == 0)

@@ -28,6 +28,7 @@ public:
     void SetContentAsString(const std::string& Content) override;
     bool SetContentAsStreamedFile(const std::string& FilePath) override;
     void SetResponseBodyFile(const std::string& FilePath, bool bAppend) override;
+    void SetResponseBodyDigest(std::shared_ptr<FMd5> Digest) override;
     void SetTimeout(float Seconds) override;
 
     std::string GetVerb() const override { return Setup.Verb; }

@@ -248,6 +248,10 @@ bool FCurlTransfer::WriteBody(const char* Data, size_t Size)
         {
             return false;
         }
+        if (Setup.ResponseBodyDigest)
+        {
+            Setup.ResponseBodyDigest->Update(Data, Size);
+        }
     }
     else
     {

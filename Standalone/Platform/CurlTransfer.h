@@ -35,6 +35,7 @@ struct FCurlTransferSetup
     int64 ContentFileSize = 0;
     std::string ResponseBodyFile;
     bool bAppendResponseBody = false;
+    std::shared_ptr<FMd5> ResponseBodyDigest;
     // 0 keeps the adapter's stall timeout.
     long StallTimeoutSeconds = 0;
 };

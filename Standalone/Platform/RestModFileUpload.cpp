@@ -4,6 +4,7 @@
 #include "Modio/ModioRequests.h"
 #include "Platform/RestModFileArchive.h"
 #include "Common/Md5.h"
+#include "Modio/ModfileChecksum.h"
 #include "Platform/RestModFileRequests.h"
 #include "Platform/RestModioSessionRequests.h"
 #include "Transfer/FormDataBody.h"
@@ -197,8 +198,18 @@ void FRestModFileUpload::SendWholeFile()
     SetProgress(EModioModProgressState::Uploading, 0, ArchiveSize);
     TrackUploadProgress(Request, 0, BodyHeadSize);
     Send(Request, [this](int32, const std::string& Body) {
-        Finish(ModioRest::IsModfileObject(Body) ? FModioErrorCode{} : ModioRest::UnexpectedAnswer());
+        FinishWithModfile(Body);
     });
+}
+
+void FRestModFileUpload::FinishWithModfile(const std::string& Answer)
+{
+    if (!ModioRest::IsModfileObject(Answer))
+    {
+        return Finish(ModioRest::UnexpectedAnswer());
+    }
+    const std::string Mismatch = ModfileChecksumMismatch(Answer, ArchiveMd5);
+    Finish(Mismatch.empty() ? FModioErrorCode{} : FModioErrorCode{ModioRest::ErrorValue::ChecksumMismatch, Mismatch});
 }
 
 void FRestModFileUpload::Send(FHttpRequestPtr Request, FAnswerHandler OnAnswer, FAnswerHandler OnRefusal)

@@ -88,6 +88,8 @@ private:
     void SetProgress(EModioModProgressState State, int64 Current, int64 Total);
     void TrackUploadProgress(const FHttpRequestPtr& Request, int64 AlreadySent, int64 SkipBytes);
     void Finish(FModioErrorCode Error, bool bTokenRefused = false);
+    // Ends with the modfile mod.io answered: it must be one, and hold the archive sent.
+    void FinishWithModfile(const std::string& Answer);
     void RemoveTemporaryFolder();
 
     IMaptornHttp& Http;

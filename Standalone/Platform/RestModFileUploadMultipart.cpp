@@ -176,7 +176,7 @@ void FRestModFileUpload::AttachUpload()
     Fields.insert(Fields.begin(), {"upload_id", UploadId});
     Send(MakeFormRequest(ModioRest::ModfilesUrl(Target.BaseUrl, Target.GameId, Target.ModId), ModioRest::MakeUrlEncodedForm(Fields)),
         [this](int32, const std::string& Answer) {
-            Finish(ModioRest::IsModfileObject(Answer) ? FModioErrorCode{} : ModioRest::UnexpectedAnswer());
+            FinishWithModfile(Answer);
         });
 }
 }

@@ -22,8 +22,8 @@ std::string WithoutSecret(std::string Text, const std::string& Secret)
 }
 }
 
-FRestModioSession::FRestModioSession(IMaptornHttp& InHttp, std::string InStoredLoginFile)
-    : Http(InHttp)
+FRestModioSession::FRestModioSession(IMaptornHttp& InHttp, std::string InStoredLoginFile, IMaptornLog* Log)
+    : Http(InHttp, RequestTimers, Log)
     , StoredLoginFile(std::move(InStoredLoginFile))
 {
 }
@@ -224,6 +224,9 @@ void FRestModioSession::ShutdownAsync(FOnErrorOnlyDelegate Callback)
 
 void FRestModioSession::RunPendingHandlers()
 {
+    const auto Now = std::chrono::steady_clock::now();
+    RequestTimers.Tick(std::chrono::duration<float>(Now - LastPump).count());
+    LastPump = Now;
     FinishUploadIfDone();
     // Handlers queued while these run wait for the next tick; the session may be gone after the last one.
     std::vector<std::function<void()>> Ready;

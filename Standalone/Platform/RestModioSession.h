@@ -1,10 +1,14 @@
 #pragma once
 
+#include "Common/TickTimers.h"
+#include "Modio/RetryingHttp.h"
 #include "Platform/HttpPort.h"
+#include "Platform/LogPort.h"
 #include "Platform/ModioSessionPort.h"
 #include "Platform/RestModFileUpload.h"
 #include "Platform/StoredLogin.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,7 +25,8 @@ class FRestModioSession final : public IModioSession
 {
 public:
     // StoredLoginFile is usually StoredLoginPath(game id); empty keeps the login for this run only.
-    FRestModioSession(IMaptornHttp& Http, std::string StoredLoginFile);
+    // Every request rides out mod.io's rate limit on Http; Log, when given, hears of the waits.
+    FRestModioSession(IMaptornHttp& Http, std::string StoredLoginFile, IMaptornLog* Log = nullptr);
     // Requests still running are cancelled; their callbacks never run.
     ~FRestModioSession() override;
     FRestModioSession(const FRestModioSession&) = delete;
@@ -91,7 +96,10 @@ private:
     void ForgetLogin();
     void ForgetRequest(const FHttpRequestPtr& Request);
 
-    IMaptornHttp& Http;
+    // The waits of Http run on RequestTimers, advanced by the time between two pumps.
+    FTickTimers RequestTimers;
+    std::chrono::steady_clock::time_point LastPump = std::chrono::steady_clock::now();
+    FRetryingHttp Http;
     std::string StoredLoginFile;
 
     bool bInitialized = false;

@@ -20,6 +20,7 @@ inline constexpr int32 NonceOfCompletedSession = 29002;
 // Ours, numbered apart from the SDK's categories and mod.io's error refs.
 inline constexpr int32 UploadAlreadyRunning = 31001; // a mod file is being submitted already
 inline constexpr int32 ArchiveFailed = 31002;        // the folder could not be packed, or its temporary files written
+inline constexpr int32 ChecksumMismatch = 31003;     // the modfile mod.io answered is not the archive sent
 }
 
 // Request builders: pure, so tests can compare what goes on the wire byte for byte.

@@ -327,7 +327,7 @@ TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     LogIn(*Session);
-    Sandbox.InjectFault({"/v1/me", "GET", 1, Sandbox::EFaultKind::CloseMidBody, 0, 0});
+    Sandbox.InjectFault({"/v1/me", "GET", 4, Sandbox::EFaultKind::CloseMidBody, 0, 0});
 
     const FModioErrorCode Error = Verify(*Session);
     EXPECT_EQ(Error.GetValue(), ModioErrorValue::HttpRequestFailed);

@@ -19,11 +19,15 @@ public:
     int32 GetResponseCode() const override { return Status; }
     const std::vector<uint8>& GetContent() const override { return Content; }
     std::string GetContentAsString() const override { return std::string(Content.begin(), Content.end()); }
-    std::string GetHeader(const std::string& Name) const override { return ToLower(Name) == "content-range" ? ContentRange : std::string(); }
+    std::string GetHeader(const std::string& Name) const override
+    {
+        return ToLower(Name) == "content-range" ? ContentRange : ToLower(Name) == "retry-after" ? RetryAfter : std::string();
+    }
     std::vector<std::pair<std::string, std::string>> GetAllHeaders() const override { return {}; }
     int64 GetContentLength() const override { return static_cast<int64>(Content.size()); }
 
     std::string ContentRange;
+    std::string RetryAfter;
 
 private:
     int32 Status;
@@ -69,6 +73,7 @@ public:
         {
             auto Canned = std::make_shared<FCannedResponse>(Answer->Status, Answer->Body);
             Canned->ContentRange = Answer->ContentRange;
+            Canned->RetryAfter = Answer->RetryAfter;
             Response = Canned;
         }
         else

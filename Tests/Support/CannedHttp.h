@@ -20,6 +20,7 @@ public:
         int32 Status = 200;
         std::string Body;
         std::string ContentRange = {};   // the answer's "Content-Range", none when empty
+        std::string RetryAfter = {};     // the answer's "retry-after", none when empty
     };
 
     FHttpRequestPtr CreateRequest() override;

@@ -28,6 +28,12 @@ protected:
         Http.Answers.push_back(Answer);
         Client.RefreshOwnMods();
         Http.Pump();
+        // A read with no answer is asked again a few times (the canned port then has none left).
+        for (int Retry = 0; Retry < 4 && Client.bOwnModRefreshBusy; ++Retry)
+        {
+            Client.TickRequests(1.0f);
+            Http.Pump();
+        }
     }
 
     FFakePlatform Fakes;

@@ -249,6 +249,11 @@ TEST(SourceModFetch, OnlyTheModAskedForIsReturnedAndEveryRefusalSaysWhy)
             Why = Reason;
         });
         Http.Pump();
+        for (int Retry = 0; Retry < 4 && !Found; ++Retry)
+        {
+            Client.TickRequests(1.0f);
+            Http.Pump();
+        }
         ASSERT_TRUE(Found.has_value());
         EXPECT_EQ(*Found, Case.Found);
         EXPECT_NE(Why.find(Case.Why), std::string::npos) << Why;
@@ -258,7 +263,7 @@ TEST(SourceModFetch, OnlyTheModAskedForIsReturnedAndEveryRefusalSaysWhy)
         }
         else
         {
-            ASSERT_EQ(Http.Sent.size(), 1u);
+            ASSERT_EQ(Http.Sent.size(), Case.Answer.bConnected ? 1u : 4u) << "a read without answer is asked three times more";
             EXPECT_EQ(Http.Sent[0]->GetURL(), "https://h/v1/games/7/mods?api_key=KEY&id=" + Case.ModId);
         }
     }

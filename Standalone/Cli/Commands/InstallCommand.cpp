@@ -58,15 +58,20 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
     // JSON output stays one document: no progress lines then.
     std::ostringstream Quiet;
     FProgressLine Progress(bJson ? static_cast<std::ostream&>(Quiet) : Context.Out, !bJson && isatty(STDOUT_FILENO) != 0);
+    int64 Total = 0;
     Run->TickUntil([&Client] { return !Client.ActiveDownload && Client.DownloadQueue.empty(); }, [&] {
         if (Client.ActiveDownload)
         {
             int64 Received = 0;
-            int64 Total = 0;
             Client.ActiveDownload->GetProgressBytes(Received, Total);
             Progress.Show("Downloading " + Record->PluginName, Client.ActiveDownload->GetProgress(), Received, Total);
         }
     });
+    // A small archive can arrive and install between two frames: the line still ends at its end.
+    if (Client.FinishedDownloads.count(ModId) != 0)
+    {
+        Progress.Show("Downloading " + Record->PluginName, 1.0f, Total, Total);
+    }
     Progress.End();
     if (Client.FinishedDownloads.count(ModId) == 0)
     {

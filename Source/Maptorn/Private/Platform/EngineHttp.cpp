@@ -84,6 +84,7 @@ public:
 		ResponseBodyFile = ToFString(FilePath);
 		bAppendResponseBody = bAppend;
 	}
+	void SetResponseBodyDigest(std::shared_ptr<Maptorn::FMd5> Digest) override { ResponseBodyDigest = MoveTemp(Digest); }
 	// In 5.1 this bounds the whole request rather than a stall; 0 keeps the engine's default.
 	void SetTimeout(float Seconds) override
 	{
@@ -140,6 +141,7 @@ private:
 	Maptorn::FHttpResponsePtr Response;
 	FString ResponseBodyFile;
 	bool bAppendResponseBody = false;
+	std::shared_ptr<Maptorn::FMd5> ResponseBodyDigest;
 	Maptorn::FHttpRequestCompleteDelegate CompleteDelegate;
 	Maptorn::FHttpRequestProgressDelegate ProgressDelegate;
 	Maptorn::FHttpRequestHeaderReceivedDelegate HeaderDelegate;
@@ -195,6 +197,10 @@ void FEngineHttpRequest::HandleComplete(::FHttpResponsePtr EngineResponse, bool 
 		}
 		else
 		{
+			if (bToFile && ResponseBodyDigest)
+			{
+				ResponseBodyDigest->Update(EngineResponse->GetContent().GetData(), EngineResponse->GetContent().Num());
+			}
 			Response = std::make_shared<FEngineHttpResponse>(EngineResponse, !bToFile);
 		}
 	}

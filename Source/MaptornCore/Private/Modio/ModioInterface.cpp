@@ -11,6 +11,7 @@ namespace Maptorn
 FModioInterface::FModioInterface(FMaptornPlatform& InPlatform, const FMaptornConfig& InConfig)
     : Platform(InPlatform)
     , Config(InConfig)
+    , Http(InPlatform.Http, RequestTimers, &InPlatform.Log)
 {
 }
 
@@ -48,7 +49,8 @@ void FModioInterface::StartDownload(const FSourceModInfo& Mod)
     {
         Record->InstallState = static_cast<uint8>(ESourceModInstallState::Downloading);
     }
-    ActiveDownload = std::make_shared<FPluginModDownload>(Platform);
+    ActiveDownload = std::make_shared<FPluginModDownload>(Platform, Http, RequestTimers);
+    ActiveDownload->ExpectedMd5 = Mod.FileMd5;
     ActiveDownload->DownloadMod(Mod.BinaryUrl, Mod.PluginName, VersionNumber(Mod.Version), ModId);
 }
 

@@ -19,7 +19,7 @@ void FModioInterface::RefreshOwnMods()
     {
         return;
     }
-    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Platform.Http, "GET",
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "GET",
         ModioRequests::OwnModsUrl(Config.ModioApiBaseUrl, Config.ModioGameId), Token);
     if (!Request)
     {

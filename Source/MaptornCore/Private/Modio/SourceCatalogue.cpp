@@ -50,7 +50,7 @@ void FModioInterface::QuerySourceMods()
     }
     bSourceQueryBusy = true;
     const std::string Url = ModioRequests::CatalogueUrl(Config.ModioApiBaseUrl, Config.ModioGameId, Config.ModioApiKey, SourceQuery, LocalUGCModIds());
-    FHttpRequestPtr Request = ModioRequests::MakeCatalogueRequest(Platform.Http, Url);
+    FHttpRequestPtr Request = ModioRequests::MakeCatalogueRequest(Http, Url);
     std::weak_ptr<bool> Alive = AliveToken;
     if (Request)
     {
@@ -99,7 +99,7 @@ void FModioInterface::FetchMissingThumbnails()
         {
             continue;
         }
-        FHttpRequestPtr Request = Platform.Http.CreateRequest();
+        FHttpRequestPtr Request = Http.CreateRequest();
         if (!Request)
         {
             return;
@@ -140,7 +140,7 @@ void FModioInterface::FetchSourceMod(const std::string& ModId, FOnSourceModFetch
         return OnDone(false, {}, "\"" + ModId + "\" is not a mod id: mod.io's ids are plain numbers such as 4711");
     }
     FHttpRequestPtr Request =
-        ModioRequests::MakeCatalogueRequest(Platform.Http, ModioRequests::SourceModUrl(Config.ModioApiBaseUrl, Config.ModioGameId, Config.ModioApiKey, ModId));
+        ModioRequests::MakeCatalogueRequest(Http, ModioRequests::SourceModUrl(Config.ModioApiBaseUrl, Config.ModioGameId, Config.ModioApiKey, ModId));
     if (!Request)
     {
         return OnDone(false, {}, "mod.io could not be reached");
@@ -190,7 +190,7 @@ std::string FModioInterface::AnswerError(const FHttpResponsePtr& Response, bool 
 
 void FModioInterface::FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone)
 {
-    FHttpRequestPtr Request = Platform.Http.CreateRequest();
+    FHttpRequestPtr Request = Http.CreateRequest();
     if (!Request)
     {
         return OnDone(false, {});
@@ -230,7 +230,7 @@ void FModioInterface::AddDependency(const std::string& ModId, const std::string&
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, "Failed to get the modio subsystem");
         return OnDone(false);
     }
-    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Platform.Http, "POST",
+    FHttpRequestPtr Request = ModioRequests::MakeAuthorizedRequest(Http, "POST",
         ModioRequests::AddDependencyUrl(Config.ModioApiBaseUrl, Config.ModioGameId, ModId, Config.ModioApiKey), Session->GetAuthTokenAsString());
     if (!Request)
     {

@@ -80,6 +80,10 @@ void ReadModfile(const FJson& ModObject, FSourceModInfo& Info)
     // mod.io's version is text ("1.2.3"); a number read from it would be cut short.
     Info.Version = GetString(*Modfile, "version");
     Info.FileSize = TruncateToInt64(GetNumber(*Modfile, "filesize"));
+    if (const FJson* Hash = TryGetObject(*Modfile, "filehash"))
+    {
+        Info.FileMd5 = GetString(*Hash, "md5");
+    }
     if (const FJson* Download = TryGetObject(*Modfile, "download"))
     {
         Info.BinaryUrl = GetString(*Download, "binary_url");

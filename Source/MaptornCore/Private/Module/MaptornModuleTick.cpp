@@ -20,6 +20,7 @@ void FMaptornModule::Tick(float DeltaTime)
         // Every SDK completion runs here, on the game thread.
         Session->RunPendingHandlers();
     }
+    ModioClient->TickRequests(DeltaTime);
     TickUploadProgress();
     TickPlatformUploadCountdown(DeltaTime);
     TickOwnModRefresh(DeltaTime);

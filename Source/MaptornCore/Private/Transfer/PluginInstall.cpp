@@ -1,4 +1,5 @@
 #include "Common/FileHelper.h"
+#include "Common/Md5.h"
 #include "Common/NativePath.h"
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
@@ -15,8 +16,26 @@ void FPluginModDownload::ExtractDownload()
     const std::string Destination = ExtractFolder();
     // A folder left by an earlier run must not be installed with this one.
     FileSystem::DeleteDirectoryRecursively(Destination);
+    if (ExpectedMd5.empty())
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Warning,
+            Printf("[MOD] mod.io gives no checksum for %s; its archive is installed unchecked", ModName.c_str()));
+    }
     IMaptornArchive& ArchivePort = Platform.Archive;
-    ExtractTask = Platform.Tasks.StartPoolTask([&ArchivePort, Archive, Destination, Extracted = bExtracted, Error = ExtractError] {
+    // The digest taken while the bytes arrived; a host that could not take it leaves the worker
+    // to read the archive once more.
+    const bool bStreamed = ArchiveDigest && static_cast<int64>(ArchiveDigest->GetTotalBytes()) == FileSystem::FileSize(Archive);
+    const std::string Streamed = bStreamed && !ExpectedMd5.empty() ? ArchiveDigest->FinalHex() : std::string();
+    ArchiveDigest.reset();
+    ExtractTask = Platform.Tasks.StartPoolTask([&ArchivePort, Archive, Destination, Expected = ToLower(ExpectedMd5), Streamed, Extracted = bExtracted,
+                                                   Error = ExtractError, Mismatch = ChecksumError] {
+        const std::string Received = Expected.empty() ? std::string() : !Streamed.empty() ? Streamed : FMd5::OfFile(Archive);
+        if (Received != Expected)
+        {
+            *Mismatch = Printf("its archive is not the file mod.io describes (MD5 %s expected, %s received)", Expected.c_str(),
+                Received.empty() ? "none" : Received.c_str());
+            return;
+        }
         std::string Reason;
         *Extracted = ArchivePort.ExtractAll(Archive, Destination, Reason);
         *Error = Reason;
@@ -41,6 +60,13 @@ void FPluginModDownload::Update()
 
 void FPluginModDownload::InstallPlugin()
 {
+    if (!ChecksumError->empty())
+    {
+        // A tampered or damaged archive is no use for a later resume either.
+        FileSystem::DeleteFile(ArchivePath());
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s: %s", ModName.c_str(), ChecksumError->c_str()));
+        return Fail();
+    }
     if (!*bExtracted)
     {
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to extract %s: %s", ModName.c_str(), ExtractError->c_str()));

@@ -6,13 +6,14 @@
 #include "Common/StringUtil.h"
 #include "Modio/ModioRequests.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
 namespace Maptorn
 {
-bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal)
+bool ParseContentRange(const std::string& Value, int64& OutFirst, int64& OutLast, int64& OutTotal)
 {
     if (Value.size() < 2)
     {
@@ -27,17 +28,28 @@ bool ParseContentRange(const std::string& Value, int64& OutLast, int64& OutTotal
         return false;
     }
     char* End = nullptr;
+    const std::string FirstText = Range.substr(0, Dash);
+    OutFirst = std::strtoll(FirstText.c_str(), &End, 10);
+    const bool bFirstOk = End != FirstText.c_str() && *End == '\0';
     const std::string LastText = Range.substr(Dash + 1, Slash - Dash - 1);
     const std::string TotalText = Range.substr(Slash + 1);
     OutLast = std::strtoll(LastText.c_str(), &End, 10);
     const bool bLastOk = End != LastText.c_str() && *End == '\0';
     OutTotal = std::strtoll(TotalText.c_str(), &End, 10);
     const bool bTotalOk = End != TotalText.c_str() && *End == '\0';
-    return bLastOk && bTotalOk && OutLast >= 0 && OutTotal > 0;
+    return bFirstOk && bLastOk && bTotalOk && OutFirst >= 0 && OutLast >= OutFirst && OutTotal > 0;
 }
 
 FPluginModDownload::FPluginModDownload(FMaptornPlatform& InPlatform)
     : Platform(InPlatform)
+    , Http(InPlatform.Http)
+{
+}
+
+FPluginModDownload::FPluginModDownload(FMaptornPlatform& InPlatform, IMaptornHttp& InHttp, FTickTimers& InTimers)
+    : Platform(InPlatform)
+    , Http(InHttp)
+    , Timers(&InTimers)
 {
 }
 
@@ -79,7 +91,12 @@ void FPluginModDownload::Download()
 {
     // The archive must be writable before any byte is asked for.
     FileSystem::CreateDirectoryTree(DownloadFolder());
-    if (!bAppend && FileSystem::FileExists(ArchivePath()))
+    const bool bContinueArchive = bAppend || ResumeTries > 0;
+    if (!bContinueArchive || !ArchiveDigest)
+    {
+        ArchiveDigest = std::make_shared<FMd5>();
+    }
+    if (!bContinueArchive && FileSystem::FileExists(ArchivePath()))
     {
         FileSystem::DeleteFile(ArchivePath());
     }
@@ -89,18 +106,22 @@ void FPluginModDownload::Download()
         return Fail();
     }
 
-    FHttpRequestPtr Request = Platform.Http.CreateRequest();
+    FHttpRequestPtr Request = Http.CreateRequest();
     if (!Request)
     {
         return OnChunkComplete(nullptr, false);
     }
+    // A chunk cut short goes on from what the archive holds; a new chunk starts at NextOffset.
+    AskedFrom = ResumeTries > 0 ? std::max<int64>(FileSystem::FileSize(ArchivePath()), 0) : NextOffset;
+    AnsweredFrom = -1;
     Request->SetVerb("GET");
     Request->SetURL(DownloadUrl);
     Request->SetHeader("Accept", "application/json");
     Request->SetHeader("User-Agent", ModioRequests::UserAgent);
     Request->SetHeader("X-Modio-Platform", "source");
-    Request->SetHeader("Range", Printf("bytes=%lld-%lld", static_cast<long long>(NextOffset), static_cast<long long>(NextOffset + ChunkSize - 1)));
-    Request->SetResponseBodyFile(ArchivePath(), bAppend);
+    Request->SetHeader("Range", Printf("bytes=%lld-%lld", static_cast<long long>(AskedFrom), static_cast<long long>(NextOffset + ChunkSize - 1)));
+    Request->SetResponseBodyFile(ArchivePath(), bContinueArchive);
+    Request->SetResponseBodyDigest(ArchiveDigest);
     std::weak_ptr<FPluginModDownload> Self = weak_from_this();
     Request->OnHeaderReceived() = [Self](FHttpRequestPtr, const std::string& Name, const std::string& Value) {
         if (auto Download = Self.lock())
@@ -131,14 +152,17 @@ void FPluginModDownload::Download()
 
 void FPluginModDownload::OnHeader(const std::string& Name, const std::string& Value)
 {
+    int64 First = 0;
     int64 Last = 0;
     int64 Total = 0;
-    if (EqualsIgnoreCase(Name, "Content-Range") && ParseContentRange(Value, Last, Total))
+    if (EqualsIgnoreCase(Name, "Content-Range") && ParseContentRange(Value, First, Last, Total))
     {
         TotalBytes = Total;
+        AnsweredFrom = First;
+        bTotalFromRange = true;
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Received mod file size: %lld", static_cast<long long>(Total)));
     }
-    else if (EqualsIgnoreCase(Name, "Content-Length") && NextOffset == 0 && TotalBytes == 0)
+    else if (EqualsIgnoreCase(Name, "Content-Length") && AskedFrom == 0 && !bTotalFromRange)
     {
         // A server that ignores ranges still tells the whole size this way.
         TotalBytes = std::strtoll(Value.c_str(), nullptr, 10);
@@ -147,7 +171,7 @@ void FPluginModDownload::OnHeader(const std::string& Name, const std::string& Va
 
 void FPluginModDownload::OnChunkProgress(int64 BytesReceived)
 {
-    ReceivedBytes = NextOffset + BytesReceived;
+    ReceivedBytes = AskedFrom + BytesReceived;
     Progress = TotalBytes > 0 ? static_cast<float>(static_cast<double>(ReceivedBytes) / static_cast<double>(TotalBytes)) : 0.0f;
 }
 
@@ -158,6 +182,10 @@ void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnec
         return;
     }
     const int32 Code = Response ? Response->GetResponseCode() : 0;
+    if ((!bConnected || !Response) && ResumeChunk(FailureReason))
+    {
+        return;
+    }
     if (!bConnected || !Response || (Code != 200 && Code != 206))
     {
         Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s http response code %d", ModName.c_str(), Code));
@@ -168,10 +196,20 @@ void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnec
         }
         return Fail();
     }
+    if (!AnswerStartsWhereAsked(Response))
+    {
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Failed to download mod %s http response code %d", ModName.c_str(), Code));
+        Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log,
+            Printf("[MOD] Failed to download mod %s: the server answered another range than byte %lld onwards", ModName.c_str(),
+                static_cast<long long>(AskedFrom)));
+        return Fail();
+    }
+    ResumeTries = 0;
+    int64 First = 0;
     int64 Last = 0;
     int64 Total = 0;
     const std::string ContentRange = Response->GetHeader("Content-Range");
-    if (ContentRange.size() < 2 || !ParseContentRange(ContentRange, Last, Total) || Last == Total - 1)
+    if (ContentRange.size() < 2 || !ParseContentRange(ContentRange, First, Last, Total) || Last == Total - 1)
     {
         bAppend = false;
         ReceivedBytes = FileSystem::FileSize(ArchivePath());
@@ -189,6 +227,48 @@ void FPluginModDownload::OnChunkComplete(FHttpResponsePtr Response, bool bConnec
     NextOffset = Last + 1;
     Download();
     Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log, Printf("[MOD] Mod %s successfully downloaded chunk", ModName.c_str()));
+}
+
+bool FPluginModDownload::AnswerStartsWhereAsked(const FHttpResponsePtr& Response) const
+{
+    int64 First = 0;
+    int64 Last = 0;
+    int64 Total = 0;
+    const std::string ContentRange = Response->GetHeader("Content-Range");
+    if (ContentRange.size() >= 2 && ParseContentRange(ContentRange, First, Last, Total))
+    {
+        return First == AskedFrom;
+    }
+    // A whole file answered without a range is only right for a request from the first byte.
+    return AskedFrom == 0;
+}
+
+bool FPluginModDownload::ResumeChunk(const std::string& FailureReason)
+{
+    // Bytes of another range already went into the archive: going on would only add to them.
+    if (ResumeTries >= MaxResumeTries || (AnsweredFrom >= 0 && AnsweredFrom != AskedFrom))
+    {
+        return false;
+    }
+    const float Pause = 0.25f * static_cast<float>(1 << ResumeTries);
+    ++ResumeTries;
+    Platform.Log.Log(LogCategory::LogTemp, ELogVerbosity::Log,
+        Printf("[MOD] Mod %s download broke off at byte %lld (%s); asking for the rest in %.2f s", ModName.c_str(),
+            static_cast<long long>(FileSystem::FileSize(ArchivePath())), FailureReason.empty() ? "no answer" : FailureReason.c_str(), Pause));
+    if (!Timers)
+    {
+        Download();
+        return true;
+    }
+    std::weak_ptr<FPluginModDownload> Self = weak_from_this();
+    Timers->After(Pause, [Self] {
+        auto Download = Self.lock();
+        if (Download && !Download->bCancelRequested && Download->State == EPluginDownloadState::Downloading)
+        {
+            Download->Download();
+        }
+    });
+    return true;
 }
 
 void FPluginModDownload::Fail()

@@ -17,6 +17,8 @@ class MAPTORNCORE_API FMd5
 public:
     FMd5();
     void Update(const void* Data, size_t Size);
+    // How many bytes have been fed so far.
+    uint64 GetTotalBytes() const { return TotalBytes; }
     // 32 lower-case hex digits; the object is spent afterwards.
     std::string FinalHex();
 

@@ -2,8 +2,10 @@
 
 #include "Common/CoreTypes.h"
 #include "Common/MulticastDelegate.h"
+#include "Common/TickTimers.h"
 #include "Content/KelvorDefinition.h"
 #include "Content/ModType.h"
+#include "Modio/RetryingHttp.h"
 #include "Modio/SourceModInfo.h"
 #include "Module/MaptornConfig.h"
 #include "Platform/MaptornPlatform.h"
@@ -38,6 +40,9 @@ public:
 
     FModioInterface(FMaptornPlatform& InPlatform, const FMaptornConfig& InConfig);
     ~FModioInterface();
+
+    // Runs the requests' waits that are due (rate limits, backoffs, resumed downloads).
+    void TickRequests(float DeltaTime) { RequestTimers.Tick(DeltaTime); }
 
     // Session and login. Without a mod.io session every one of these is a silent no-op.
     void InitializeSession();
@@ -222,5 +227,9 @@ private:
 
     FMaptornPlatform& Platform;
     FMaptornConfig Config;
+    // Every request of the client goes through Http, which waits out rate limits and passing
+    // faults on RequestTimers.
+    FTickTimers RequestTimers;
+    FRetryingHttp Http;
 };
 }

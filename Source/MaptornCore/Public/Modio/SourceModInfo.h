@@ -41,6 +41,7 @@ struct MAPTORNCORE_API FSourceModInfo
     std::string ThumbnailPath;
     std::string ProfileUrl;
     std::string BinaryUrl;
+    std::string FileMd5;         // the live modfile's "filehash.md5"; empty when mod.io gives none
 };
 
 // One page of catalogue results.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Common/CoreTypes.h"
+#include "Common/Md5.h"
 
 #include <functional>
 #include <memory>
@@ -59,8 +60,14 @@ public:
     virtual void SetContentAsString(const std::string& Content) = 0;
     // The body is read from the file while it is sent; false when the file cannot be opened.
     virtual bool SetContentAsStreamedFile(const std::string& FilePath) = 0;
-    // The response body goes to this file instead of memory, appended or replacing its content.
+    // The response body goes to this file instead of memory, appended or replacing its content;
+    // only a 2xx answer's body goes there (an error answer stays in memory).
     virtual void SetResponseBodyFile(const std::string& FilePath, bool bAppend) = 0;
+    // Every byte written to the response body file is also fed to Digest, on whatever thread
+    // writes it and before the completion is delivered, so a download is checked without reading
+    // the file again. A host that cannot leaves Digest as it is; the caller compares its byte
+    // count with the file's and reads the file itself when they differ.
+    virtual void SetResponseBodyDigest(std::shared_ptr<FMd5> Digest) { (void)Digest; }
     // Seconds without progress before the transfer is given up; 0 keeps the host's default.
     virtual void SetTimeout(float Seconds) = 0;
 
