@@ -93,3 +93,37 @@ TEST_F(EditorJourney, ADownloadCutShortEveryTimeInstallsNothingAndSaysSo)
 		EXPECT_EQ(Entry.path().filename().string().rfind("UGC", 0), std::string::npos) << "nothing half-installed: " << Entry.path();
 	}
 }
+
+TEST_F(EditorJourney, TheEditorRidesOutARateLimitAndACutDownloadAndRefusesATamperedArchive)
+{
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Download Source Plugin"));
+	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Kit"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("3 Results - Page 1/1"); })) << Window().PrintTree();
+
+	// mod.io asks to wait a second: the refreshed page comes after it, with no reason shown.
+	Sandbox.InjectFault(FFault{"/v1/games/1/mods", "GET", 1, EFaultKind::Status, 429});
+	ASSERT_TRUE(Press("Refresh.svg"));
+	ASSERT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Refresh.svg").value_or(false); }, 10.0));
+	EXPECT_TRUE(Window().Shows("3 Results - Page 1/1"));
+	EXPECT_TRUE(Window().TextStartingWith("The catalogue could not be loaded: ").empty()) << Window().PrintTree();
+
+	// A download cut once goes on from where it stopped.
+	FFault CutOnce{"/sandbox/files/", "GET", 1, EFaultKind::CloseAfter};
+	CutOnce.CutAfterBytes = 100;
+	Sandbox.InjectFault(CutOnce);
+	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("Status: Installed, Editor Restart Required"); }, 30.0)) << Window().PrintTree();
+	const std::string Installed = ProjectDir() + "Plugins/UGC" + std::to_string(CrateKit) + "/";
+	EXPECT_TRUE(fs::exists(Installed + "UGC" + std::to_string(CrateKit) + ".uplugin"));
+
+	// An archive whose bytes are not the ones mod.io lists is refused, and nothing of it stays.
+	Sandbox.InjectFault(FFault{"/v1/games/1/mods", "GET", 1, EFaultKind::WrongFilehash});
+	ASSERT_TRUE(Press("Refresh.svg"));
+	ASSERT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Refresh.svg").value_or(false); }, 10.0));
+	ASSERT_TRUE(PressNear("Lamp Kit", "Add to Project"));
+	ASSERT_TRUE(WaitFor([this] { return Window().ShowsContaining("Lamp Kit was not added to the project"); }, 30.0)) << Window().PrintTree();
+	EXPECT_FALSE(fs::exists(ProjectDir() + "Plugins/UGC1005")) << "the tampered plug-in is not installed";
+	EXPECT_TRUE(fs::exists(Installed)) << "the plug-in added before stays";
+}
