@@ -5,6 +5,7 @@
 #include "Common/Md5.h"
 #include "ModioService/SandboxZip.h"
 #include "Support/DefaultLogoBytes.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -18,14 +19,13 @@
 #include <vector>
 
 using namespace Maptorn;
+using namespace Maptorn::Testing;
 using namespace Maptorn::Sandbox;
 using nlohmann::json;
 
 namespace
 {
-const std::string ApiKey = FSandboxOptions().ApiKey;
 const std::string Mods = "/v1/games/1/mods";
-const std::string ModderEmail = "modder@example.com";
 const std::string CartographerEmail = "cartographer@example.com";
 
 FSandboxOptions QuietSeeded()
@@ -83,7 +83,7 @@ protected:
 
     static std::string Keyed(const std::string& Path)
     {
-        return Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + ApiKey;
+        return Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + std::string(SandboxApiKey);
     }
 
     json GetList(const std::string& Query, const httplib::Headers& Headers = {})
@@ -173,7 +173,7 @@ TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
     {
         Cases.push_back({ std::string("sort ") + Sort, Http->Get(Keyed(Mods + "?_sort=" + Sort)), 422, 13009 });
     }
-    Cases.push_back({ "api_key in the body", Http->Post("/v1/oauth/emailrequest", "email=modder%40example.com&api_key=" + ApiKey,
+    Cases.push_back({ "api_key in the body", Http->Post("/v1/oauth/emailrequest", "email=modder%40example.com&api_key=" + std::string(SandboxApiKey),
                                                         "application/x-www-form-urlencoded"), 401, 11000 });
     Cases.push_back({ "DELETE on /v1/me", Http->Delete("/v1/me", BearerFor(Token)), 405, 0 });
     Cases.push_back({ "PUT on the mod list", Http->Put(Keyed(Mods), "", "application/x-www-form-urlencoded"), 405, 0 });
@@ -481,7 +481,7 @@ TEST_F(ModioSandboxTest, RequestLogRecordsEachRequestWithSecretsMasked)
     EXPECT_EQ(Log[0].BodySize, Body.size());
     EXPECT_EQ(Log[0].Status, 200);
     EXPECT_TRUE(Log[0].Query.starts_with("api_key=0123"));
-    EXPECT_EQ(Log[0].Query.find(ApiKey), std::string::npos);
+    EXPECT_EQ(Log[0].Query.find(SandboxApiKey), std::string::npos);
     EXPECT_EQ(Log[1].Query, "x=1");
     EXPECT_TRUE(Log[1].Headers.at("authorization").starts_with("Bearer "));
     EXPECT_EQ(Log[1].Headers.at("authorization").find(Token), std::string::npos);

@@ -11,6 +11,7 @@
 #include "Platform/ZipArchive.h"
 #include "ModioService/ModioSandbox.h"
 #include "Support/SampleProjectPlatform.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +29,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
 constexpr const char* Modder = "modder@example.com";
 
 class PublishingWorkflow : public ::testing::Test
@@ -37,7 +37,7 @@ protected:
     PublishingWorkflow()
         : WorkingDirectory(Temp.Path())
         , Project(Temp.Dir() + "Sample", WithStandin())
-        , Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+        , Sandbox(Sandbox::FSandboxOptions{0, "", 1, SandboxApiKey, true, true})
     {
         setenv("XDG_CONFIG_HOME", (Temp.Dir() + "config-home").c_str(), 1);
         bSandboxStarted = Sandbox.Start(StartError);
@@ -64,7 +64,7 @@ protected:
         Session = std::make_unique<FRestModioSession>(Http, StoredLoginPath(1));
         Platform = std::make_unique<FMaptornPlatform>(FMaptornPlatform{Project.Fakes.Log, Project.Fakes.Dialogs, *Project.Engine,
             *Project.Definitions, Project.Processes, Tasks, Http, Archive, Session.get()});
-        Module = std::make_unique<FMaptornModule>(*Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, ApiKey});
+        Module = std::make_unique<FMaptornModule>(*Platform, FMaptornConfig{"", Sandbox.GetBaseUrl(), 1, SandboxApiKey});
         Module->StartupModule();
         Tick([] { return true; });
         WaitForModio();
@@ -147,7 +147,7 @@ protected:
     nlohmann::json Get(const std::string& Path) const
     {
         httplib::Client Service("127.0.0.1", Sandbox.GetPort());
-        const auto Answer = Service.Get(Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + ApiKey);
+        const auto Answer = Service.Get(Path + (Path.find('?') == std::string::npos ? "?" : "&") + "api_key=" + std::string(SandboxApiKey));
         return Answer ? nlohmann::json::parse(Answer->body, nullptr, false) : nlohmann::json();
     }
 

@@ -9,6 +9,7 @@
 #include "Platform/RestModioSessionRequests.h"
 #include "Platform/StandaloneTasks.h"
 #include "Platform/StoredLogin.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -28,8 +29,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
-constexpr const char* ModderEmail = "modder@example.com";
 
 // The permission bits of a file or folder; -1 when it does not exist.
 int ModeOf(const fs::path& Path)
@@ -42,7 +41,7 @@ class RestModioSession : public ::testing::Test
 {
 protected:
     RestModioSession()
-        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, SandboxApiKey, true, true})
     {
         bStarted = Sandbox.Start(StartError);
         LoginFile = Temp.Path() / "config" / "maptorn" / "login-1.json";
@@ -54,7 +53,7 @@ protected:
     {
         for (const std::string& Message : ErrorMessages)
         {
-            EXPECT_EQ(Message.find(ApiKey), std::string::npos) << Message;
+            EXPECT_EQ(Message.find(SandboxApiKey), std::string::npos) << Message;
             for (const std::string& Token : TokensSeen)
             {
                 EXPECT_EQ(Message.find(Token), std::string::npos) << "an error message shows the token";
@@ -119,7 +118,7 @@ protected:
     {
         FModioInitializeOptions Options;
         Options.GameId = 1;
-        Options.ApiKey = ApiKey;
+        Options.ApiKey = SandboxApiKey;
         Options.BaseUrl = BaseUrl;
         return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.InitializeAsync(Options, std::move(Done)); });
     }
@@ -190,7 +189,7 @@ TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     FModioInitializeOptions Options;
-    Options.ApiKey = ApiKey;
+    Options.ApiKey = SandboxApiKey;
     const FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
     EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
     EXPECT_EQ(Error.GetErrorMessage(), "mod.io is not configured: game id and API key are needed");
