@@ -37,15 +37,6 @@ protected:
 };
 }
 
-TEST_F(ModuleStartup, TheApplicationIdFileIsWrittenAtStartupAndRemovedAtShutdown)
-{
-    Lay();
-    Module->StartupModule();
-    EXPECT_EQ(ReadTextFile(Temp.Path() / "steam_appid.txt"), "1234560");
-    Module->ShutdownModule();
-    EXPECT_FALSE(fs::exists(Temp.Path() / "steam_appid.txt"));
-}
-
 TEST_F(ModuleStartup, AFalseStreamingSettingIsSetTrueKeepingEveryOtherLine)
 {
     Lay();
