@@ -14,7 +14,6 @@ namespace Maptorn::Sandbox
 {
 namespace
 {
-constexpr int64 TokenLifetimeSeconds = 365 * 24 * 60 * 60;
 constexpr size_t WorkerThreads = 64; // stalled requests and idle keep-alive connections each hold one
 
 bool LoadSavedState(FSandboxState& State, std::string& OutError)

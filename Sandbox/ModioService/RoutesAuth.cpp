@@ -14,7 +14,6 @@ namespace Maptorn::Sandbox
 namespace
 {
 constexpr int64 CodeLifetimeSeconds = 15 * 60;
-constexpr int64 TokenLifetimeSeconds = 365 * 24 * 60 * 60;
 
 bool IsValidEmail(const std::string& Email)
 {

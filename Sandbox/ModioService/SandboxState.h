@@ -22,6 +22,9 @@ namespace Maptorn::Sandbox
 {
 class FSandboxRouter;
 
+// How long an access token lives, as mod.io issues them.
+constexpr int64 TokenLifetimeSeconds = 365 * 24 * 60 * 60;
+
 // Everything one running sandbox holds; routes get it through their context.
 struct FSandboxState
 {

@@ -8,6 +8,7 @@
 #include "Sample/SampleProject.h"
 #include "Support/CliEnvironment.h"
 #include "Support/ProjectSnapshot.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -29,18 +30,17 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
 
 class CliProcess : public ::testing::Test
 {
 protected:
     CliProcess()
-        : Service(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+        : Service(Sandbox::FSandboxOptions{0, "", 1, SandboxApiKey, true, true})
     {
         Sample::FSampleOptions Options;
         Options.StandinBinary = MAPTORN_STANDIN_PATH;
         Layout = Sample::CreateSampleLayout(Temp.Dir() + "Sample", Options);
-        IsolateCliEnvironment(Temp, std::string(ApiKey));
+        IsolateCliEnvironment(Temp, std::string(SandboxApiKey));
         fs::create_directories(Temp.Path() / "tmp");
         bStarted = Service.Start(StartError);
     }

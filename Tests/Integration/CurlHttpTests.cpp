@@ -276,22 +276,28 @@ protected:
     std::unique_ptr<FCurlHttp> Http = std::make_unique<FCurlHttp>(Tasks);
 };
 
+// A redirect is followed: the answer is the target's, without the redirect's Location.
 TEST_F(CurlHttp, GetDeliversStatusBodyBytesAndHeadersFoundIgnoringCaseTrimmedWithTheLastValueWinning)
 {
-    FHttpRequestPtr Request = NewRequest("GET", "/hello");
-    std::shared_ptr<FOutcome> Outcome = Run(Request);
+    for (const std::string Path : {"/hello", "/redirect"})
+    {
+        SCOPED_TRACE(Path);
+        FHttpRequestPtr Request = NewRequest("GET", Path);
+        std::shared_ptr<FOutcome> Outcome = Run(Request);
 
-    ASSERT_TRUE(Outcome->bConnectedSuccessfully);
-    ASSERT_NE(Outcome->Response, nullptr);
-    EXPECT_EQ(Request->GetStatus(), EHttpRequestStatus::Succeeded);
-    EXPECT_EQ(Request->GetResponse(), Outcome->Response);
-    EXPECT_EQ(Outcome->Response->GetResponseCode(), 200);
-    EXPECT_EQ(AsString(Outcome->Response->GetContent()), HelloBody);
-    EXPECT_EQ(Outcome->Response->GetContentLength(), static_cast<int64>(HelloBody.size()));
-    EXPECT_EQ(Outcome->Response->GetHeader("CONTENT-TYPE"), "application/octet-stream");
-    EXPECT_EQ(Outcome->Response->GetHeader("X-TWICE"), "second");
-    EXPECT_EQ(Outcome->Response->GetHeader("x-padded"), "padded value");
-    EXPECT_EQ(Outcome->Response->GetHeader("X-Absent"), "");
+        ASSERT_TRUE(Outcome->bConnectedSuccessfully);
+        ASSERT_NE(Outcome->Response, nullptr);
+        EXPECT_EQ(Request->GetStatus(), EHttpRequestStatus::Succeeded);
+        EXPECT_EQ(Request->GetResponse(), Outcome->Response);
+        EXPECT_EQ(Outcome->Response->GetResponseCode(), 200);
+        EXPECT_EQ(AsString(Outcome->Response->GetContent()), HelloBody);
+        EXPECT_EQ(Outcome->Response->GetContentLength(), static_cast<int64>(HelloBody.size()));
+        EXPECT_EQ(Outcome->Response->GetHeader("CONTENT-TYPE"), "application/octet-stream");
+        EXPECT_EQ(Outcome->Response->GetHeader("X-TWICE"), "second");
+        EXPECT_EQ(Outcome->Response->GetHeader("x-padded"), "padded value");
+        EXPECT_EQ(Outcome->Response->GetHeader("X-Absent"), "");
+        EXPECT_EQ(Outcome->Response->GetHeader("Location"), "");
+    }
 }
 
 TEST_F(CurlHttp, PostSendsItsBodyAndTheLastValueOfASameNamedHeader)
@@ -332,6 +338,7 @@ TEST_F(CurlHttp, EveryVerbReachesTheServerWithItsBody)
 TEST_F(CurlHttp, PutSendsAStringOrAStreamedFileByteForByteWithNeitherExpectNorAcceptEncoding)
 {
     const fs::path Source = Folder.Path() / "Map.pak";
+    EXPECT_FALSE(NewRequest("PUT", "/upload")->SetContentAsStreamedFile(Source.string())) << "a file that cannot be opened";
     WriteFile(Source, Blob);
     for (const bool bStreamed : {false, true})
     {
@@ -355,12 +362,6 @@ TEST_F(CurlHttp, PutSendsAStringOrAStreamedFileByteForByteWithNeitherExpectNorAc
         EXPECT_TRUE(Received.All("Transfer-Encoding").empty());
         EXPECT_EQ(Received.Header("Content-Length"), std::to_string(Blob.size()));
     }
-}
-
-TEST_F(CurlHttp, AStreamedFileThatCannotBeOpenedIsRefused)
-{
-    FHttpRequestPtr Request = NewRequest("PUT", "/upload");
-    EXPECT_FALSE(Request->SetContentAsStreamedFile((Folder.Path() / "missing.pak").string()));
 }
 
 TEST_F(CurlHttp, ResponseBodyStreamedToAFileReplacesItsContent)
@@ -438,7 +439,8 @@ TEST_F(CurlHttp, HeaderCallbacksArriveBeforeCompletionWithTrimmedValues)
         Hello->HeadersSeen.end());
 }
 
-TEST_F(CurlHttp, ProgressGrowsMonotonicallyAndEndsAtTheFullSize)
+// Every callback runs on the thread that pumps (the game thread), none after the completion.
+TEST_F(CurlHttp, ProgressGrowsMonotonicallyAndEndsAtTheFullSizeOnThePumpingThread)
 {
     FHttpRequestPtr Upload = NewRequest("PUT", "/upload");
     Upload->SetContentAsString(Blob);
@@ -455,28 +457,12 @@ TEST_F(CurlHttp, ProgressGrowsMonotonicallyAndEndsAtTheFullSize)
         const auto& Last = Outcome->Progress.back();
         EXPECT_EQ(bSending ? Last.first : Last.second, static_cast<int64>(Blob.size()));
         EXPECT_FALSE(Outcome->bCallbackAfterCompletion);
+        ASSERT_GT(Outcome->CallbackThreads.size(), 2u);
+        for (const std::thread::id Thread : Outcome->CallbackThreads)
+        {
+            EXPECT_EQ(Thread, std::this_thread::get_id());
+        }
     }
-}
-
-TEST_F(CurlHttp, EveryCallbackRunsOnTheThreadThatPumps)
-{
-    FHttpRequestPtr Request = NewRequest("GET", BlobPath);
-    std::shared_ptr<FOutcome> Outcome = Run(Request);
-    ASSERT_EQ(Outcome->Completions, 1);
-    ASSERT_GT(Outcome->CallbackThreads.size(), 2u);
-    for (const std::thread::id Thread : Outcome->CallbackThreads)
-    {
-        EXPECT_EQ(Thread, std::this_thread::get_id());
-    }
-}
-
-TEST_F(CurlHttp, GetFollowsARedirect)
-{
-    std::shared_ptr<FOutcome> Outcome = Run(NewRequest("GET", "/redirect"));
-    ASSERT_NE(Outcome->Response, nullptr);
-    EXPECT_EQ(Outcome->Response->GetResponseCode(), 200);
-    EXPECT_EQ(AsString(Outcome->Response->GetContent()), HelloBody);
-    EXPECT_EQ(Outcome->Response->GetHeader("Location"), "");
 }
 
 TEST_F(CurlHttp, ARefusedConnectionOrAServerClosingMidBodyFailsWithoutAResponse)
@@ -494,7 +480,8 @@ TEST_F(CurlHttp, ARefusedConnectionOrAServerClosingMidBodyFailsWithoutAResponse)
     }
 }
 
-TEST_F(CurlHttp, AStalledTransferFailsAfterTheRequestsStallTimeout)
+// First by the request's own timeout, then by the adapter's.
+TEST_F(CurlHttp, AStalledTransferFailsAfterTheRequestsOrTheAdaptersStallTimeout)
 {
     FHttpRequestPtr Request = NewRequest("GET", "/stall");
     Request->SetTimeout(1.0f);
@@ -502,14 +489,11 @@ TEST_F(CurlHttp, AStalledTransferFailsAfterTheRequestsStallTimeout)
     EXPECT_EQ(Outcome->Completions, 1);
     EXPECT_FALSE(Outcome->bConnectedSuccessfully);
     EXPECT_EQ(Outcome->Response, nullptr);
-}
 
-TEST_F(CurlHttp, AStalledTransferFailsAfterTheAdaptersStallTimeout)
-{
     FCurlHttpOptions Options;
     Options.StallTimeoutSeconds = 1;
     Http = std::make_unique<FCurlHttp>(Tasks, Options);
-    std::shared_ptr<FOutcome> Outcome = Run(NewRequest("GET", "/silent"));
+    Outcome = Run(NewRequest("GET", "/silent"));
     EXPECT_FALSE(Outcome->bConnectedSuccessfully);
     EXPECT_EQ(Outcome->Response, nullptr);
 }

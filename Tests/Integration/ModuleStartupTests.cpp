@@ -37,15 +37,6 @@ protected:
 };
 }
 
-TEST_F(ModuleStartup, TheApplicationIdFileIsWrittenAtStartupAndRemovedAtShutdown)
-{
-    Lay();
-    Module->StartupModule();
-    EXPECT_EQ(ReadTextFile(Temp.Path() / "steam_appid.txt"), "1234560");
-    Module->ShutdownModule();
-    EXPECT_FALSE(fs::exists(Temp.Path() / "steam_appid.txt"));
-}
-
 TEST_F(ModuleStartup, AFalseStreamingSettingIsSetTrueKeepingEveryOtherLine)
 {
     Lay();
@@ -62,63 +53,11 @@ TEST_F(ModuleStartup, AFalseStreamingSettingIsSetTrueKeepingEveryOtherLine)
     Module->ShutdownModule();
 }
 
-TEST_F(ModuleStartup, AMissingStreamingSettingIsAddedInItsOwnSection)
-{
-    Lay();
-    WriteTextFile(IniPath(), "; the project's own notes\n[/Script/EngineSettings.GameMapsSettings]\nGameDefaultMap=/Game/Start\n");
-    Module->StartupModule();
-    const std::string After = ReadTextFile(IniPath());
-    EXPECT_EQ(After.rfind("; the project's own notes\n[/Script/EngineSettings.GameMapsSettings]\nGameDefaultMap=/Game/Start\n", 0), 0u);
-    EXPECT_NE(After.find("[/Script/Engine.StreamingSettings]\ns.EventDrivenLoaderEnabled=True"), std::string::npos);
-    Module->ShutdownModule();
-}
-
-TEST_F(ModuleStartup, ATrueStreamingSettingIsNeitherWrittenNorLogged)
-{
-    Sample::FSampleOptions Options;
-    Options.bEventDrivenLoaderEnabled = true;
-    Lay(Options);
-    const auto Before = fs::last_write_time(IniPath());
-    const std::string Text = ReadTextFile(IniPath());
-
-    Module->StartupModule();
-
-    EXPECT_EQ(ReadTextFile(IniPath()), Text);
-    EXPECT_EQ(fs::last_write_time(IniPath()), Before);
-    for (const FLogLine& Line : Log().Lines)
-    {
-        EXPECT_EQ(Line.Message.find("EventDrivenLoader"), std::string::npos) << Line.Message;
-    }
-    Module->ShutdownModule();
-}
-
 TEST_F(ModuleStartup, WithoutTheGameTheModDirectoryIsTheAbsoluteSavedFolder)
 {
     Lay();
     Module->StartupModule();
     EXPECT_EQ(Module->ModioClient->ModDirectory, InProject("Saved/"));
-    Module->ShutdownModule();
-}
-
-TEST_F(ModuleStartup, WithTheGameTheModDirectoryFollowsItsSettingWhenTheFolderExists)
-{
-    Sample::FSampleOptions Options;
-    Options.bWithGameInstall = true;
-    Options.ModDirectory = Temp.Dir() + "NoSuchFolder";
-    Lay(Options);
-    Module->StartupModule();
-    EXPECT_EQ(Module->ModioClient->ModDirectory, Project->Layout.UserSettingsDir + "Kelvor/Saved/Mods");
-    Module->ShutdownModule();
-
-    fs::create_directories(Temp.Path() / "Mods Elsewhere");
-    WriteTextFile(GameSettings(), "[/Script/Kelvor.KelvorGameUserSettings]\nModDirectory=" + Temp.Dir() + "Mods Elsewhere\n");
-    Module->StartupModule();
-    EXPECT_EQ(Module->ModioClient->ModDirectory, Temp.Dir() + "Mods Elsewhere");
-    Module->ShutdownModule();
-
-    WriteTextFile(GameSettings(), "[/Script/Kelvor.KelvorGameUserSettings]\nModDirectory=/\n");
-    Module->StartupModule();
-    EXPECT_EQ(Module->ModioClient->ModDirectory, "/") << "one character naming an existing folder";
     Module->ShutdownModule();
 }
 

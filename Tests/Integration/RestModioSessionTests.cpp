@@ -9,6 +9,7 @@
 #include "Platform/RestModioSessionRequests.h"
 #include "Platform/StandaloneTasks.h"
 #include "Platform/StoredLogin.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +21,6 @@
 #include <functional>
 #include <thread>
 
-#include <sys/stat.h>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -28,21 +28,12 @@ namespace fs = std::filesystem;
 
 namespace
 {
-constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
-constexpr const char* ModderEmail = "modder@example.com";
-
-// The permission bits of a file or folder; -1 when it does not exist.
-int ModeOf(const fs::path& Path)
-{
-    struct stat Info {};
-    return ::stat(Path.c_str(), &Info) == 0 ? static_cast<int>(Info.st_mode & 07777) : -1;
-}
 
 class RestModioSession : public ::testing::Test
 {
 protected:
     RestModioSession()
-        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
+        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, SandboxApiKey, true, true})
     {
         bStarted = Sandbox.Start(StartError);
         LoginFile = Temp.Path() / "config" / "maptorn" / "login-1.json";
@@ -54,7 +45,7 @@ protected:
     {
         for (const std::string& Message : ErrorMessages)
         {
-            EXPECT_EQ(Message.find(ApiKey), std::string::npos) << Message;
+            EXPECT_EQ(Message.find(SandboxApiKey), std::string::npos) << Message;
             for (const std::string& Token : TokensSeen)
             {
                 EXPECT_EQ(Message.find(Token), std::string::npos) << "an error message shows the token";
@@ -119,7 +110,7 @@ protected:
     {
         FModioInitializeOptions Options;
         Options.GameId = 1;
-        Options.ApiKey = ApiKey;
+        Options.ApiKey = SandboxApiKey;
         Options.BaseUrl = BaseUrl;
         return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.InitializeAsync(Options, std::move(Done)); });
     }
@@ -190,30 +181,13 @@ TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     FModioInitializeOptions Options;
-    Options.ApiKey = ApiKey;
+    Options.ApiKey = SandboxApiKey;
     const FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
     EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::BadParameter);
     EXPECT_EQ(Error.GetErrorMessage(), "mod.io is not configured: game id and API key are needed");
 
     EXPECT_EQ(RequestCode(*Session).GetValue(), ModioRest::ErrorValue::SdkNotInitialized);
     EXPECT_TRUE(Sandbox.RequestLog().empty());
-}
-
-TEST_F(RestModioSession, AnEmailCodeLogsInAndKeepsTheLoginReadableByItsOwnerOnly)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
-
-    EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
-    ASSERT_TRUE(fs::exists(LoginFile));
-    EXPECT_EQ(ModeOf(LoginFile), 0600);
-    EXPECT_EQ(ModeOf(LoginFile.parent_path()), 0700);
-    EXPECT_EQ(ModeOf(LoginFile.parent_path().parent_path()), 0700);
-    const std::optional<FStoredLogin> Stored = LoadStoredLogin(LoginFile.string());
-    ASSERT_TRUE(Stored);
-    EXPECT_EQ(Stored->AccessToken, Session->GetAuthTokenAsString());
-    EXPECT_EQ(Stored->BaseUrl, Sandbox.GetBaseUrl());
-    EXPECT_GT(Stored->DateExpires, 0);
 }
 
 TEST_F(RestModioSession, TheLoginPostsEncodedFormsWithTheApiKeyAndChecksTheTokenWithMe)
@@ -336,25 +310,6 @@ TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
     EXPECT_FALSE(Session->GetAuthTokenAsString().empty());
 }
 
-TEST_F(RestModioSession, ClearingTheUserDataDeletesTheStoredLoginAndRevokesTheToken)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
-    const std::string Token = Session->GetAuthTokenAsString();
-
-    EXPECT_FALSE(Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->ClearUserDataAsync(std::move(Done)); }));
-    EXPECT_FALSE(fs::exists(LoginFile));
-    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
-    EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::NoAuthToken);
-    // The logout was answered before it counted as done: the token is dead on the service already.
-    ASSERT_EQ(RequestsTo("/v1/oauth/logout").size(), 1u);
-    EXPECT_EQ(RequestsTo("/v1/oauth/logout")[0].Status, 200);
-    ASSERT_TRUE(SaveStoredLogin(LoginFile.string(), FStoredLogin{Token, 0, Sandbox.GetBaseUrl()}));
-    const std::unique_ptr<FRestModioSession> Restored = MakeSession();
-    ASSERT_FALSE(Initialize(*Restored));
-    EXPECT_EQ(Verify(*Restored).GetValue(), 11005) << "the service no longer accepts the token";
-}
-
 TEST_F(RestModioSession, AfterShutdownNoRequestIsStarted)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
@@ -433,18 +388,6 @@ protected:
     FTempDir Temp;
     std::string File = (Temp.Path() / "cfg" / "maptorn" / "login-1.json").string();
 };
-}
-
-TEST_F(StoredLogin, AWorldReadableFileIsReplacedByAnOwnerOnlyOne)
-{
-    fs::create_directories(fs::path(File).parent_path());
-    WriteTextFile(File, "old");
-    fs::permissions(File, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read);
-    ASSERT_EQ(ModeOf(File), 0644);
-
-    ASSERT_TRUE(SaveStoredLogin(File, FStoredLogin{"token", 0, "http://a"}));
-    EXPECT_EQ(ModeOf(File), 0600);
-    EXPECT_EQ(LoadStoredLogin(File)->AccessToken, "token");
 }
 
 TEST_F(StoredLogin, ACorruptOrMissingFileGivesNoLogin)

@@ -1,6 +1,5 @@
 #include "Support/StandinEngine.h"
 
-#include "Sample/StandinInstall.h"
 #include "Support/TempDir.h"
 
 #include <nlohmann/json.hpp>
@@ -50,12 +49,6 @@ FStandinEngine::FStandinEngine(std::string InEngineRoot)
     {
         EngineRoot.pop_back();
     }
-}
-
-bool FStandinEngine::Install(const std::string& StandinBinary, const std::string& AutomationLogsDir)
-{
-    InstallError.clear();
-    return Sample::InstallStandinEngine(EngineRoot, StandinBinary, AutomationLogsDir, InstallError);
 }
 
 std::string FStandinEngine::ControlFilePath() const

@@ -5,7 +5,7 @@
 
 namespace Maptorn::Testing
 {
-// The stand-in engine installed under an engine folder, seen from a test: install it, steer each
+// The stand-in engine installed under an engine folder, seen from a test: steer each
 // tool through the control file, read back every command line the tools received.
 class FStandinEngine
 {
@@ -18,11 +18,6 @@ public:
 
     // EngineRoot is the folder that holds Engine/.
     explicit FStandinEngine(std::string EngineRoot);
-
-    // StandinBinary is the built program (the integration tests get it as MAPTORN_STANDIN_PATH).
-    // On failure GetInstallError() says why.
-    bool Install(const std::string& StandinBinary, const std::string& AutomationLogsDir);
-    const std::string& GetInstallError() const { return InstallError; }
 
     // Every run so far, oldest first; empty when no tool has run.
     std::vector<FStandinCall> ReadRecord() const;
@@ -39,12 +34,10 @@ public:
     // The native copy: Linux/UnrealEditor, Linux/UnrealPak or BatchFiles/RunUAT.sh.
     std::string NativeToolPath(const std::string& Tool) const;
 
-    const std::string& GetEngineRoot() const { return EngineRoot; }
+private:
     std::string ControlFilePath() const;
     std::string RecordFilePath() const;
 
-private:
     std::string EngineRoot;
-    std::string InstallError;
 };
 }

@@ -32,66 +32,45 @@ TEST(WindowsCommandLine, BuildCommandLineUsesAPreQuotedExecutableAsItStands)
         "\"C:/a b/x.exe\" -first -second");
 }
 
-TEST(WindowsCommandLine, BlanksSeparateArgumentsAndRunsOfThemGiveNoEmptyArgument)
+// The engine platform's splitting rules, one line each.
+TEST(WindowsCommandLine, SplittingFollowsTheEnginePlatformsQuotingRules)
 {
-    EXPECT_EQ(Split("prog  a\tb \t c"), (Arguments{"prog", "a", "b", "c"}));
-    EXPECT_EQ(Split("  \tprog a  "), (Arguments{"prog", "a"}));
-    EXPECT_EQ(Split(""), Arguments{});
-    EXPECT_EQ(Split(" \t "), Arguments{});
-}
-
-TEST(WindowsCommandLine, DoubleQuotesGroupAndAreRemoved)
-{
-    EXPECT_EQ(Split("prog \"a b\" c\"d e\"f \"g\"h"), (Arguments{"prog", "a b", "cd ef", "gh"}));
-    EXPECT_EQ(Split("prog \"unterminated  blank"), (Arguments{"prog", "unterminated  blank"}));
-}
-
-TEST(WindowsCommandLine, EmptyQuotesGiveAnEmptyArgument)
-{
-    EXPECT_EQ(Split("prog \"\" b \"\""), (Arguments{"prog", "", "b", ""}));
-    EXPECT_EQ(Split("prog \"\"\t\"\""), (Arguments{"prog", "", ""}));
-}
-
-TEST(WindowsCommandLine, DoubledQuoteInsideQuotesIsALiteralQuoteAndQuotingContinues)
-{
-    EXPECT_EQ(Split("prog \"a\"\"b c\""), (Arguments{"prog", "a\"b c"}));
-    EXPECT_EQ(Split("prog \"say \"\"hi\"\" now\" x"), (Arguments{"prog", "say \"hi\" now", "x"}));
-}
-
-TEST(WindowsCommandLine, BackslashesNotBeforeAQuoteStayLiteral)
-{
-    EXPECT_EQ(Split("prog C:\\Path\\To\\file.exe a\\\\b\\\\\\c d\\"),
-        (Arguments{"prog", "C:\\Path\\To\\file.exe", "a\\\\b\\\\\\c", "d\\"}));
-    EXPECT_EQ(Split("prog \"C:\\Program Files\\x\""), (Arguments{"prog", "C:\\Program Files\\x"}));
-}
-
-TEST(WindowsCommandLine, OneBackslashBeforeAQuoteGivesALiteralQuote)
-{
-    EXPECT_EQ(Split("prog a\\\"b \\\"c\\\""), (Arguments{"prog", "a\"b", "\"c\""}));
-    EXPECT_EQ(Split("prog \"a\\\" b\""), (Arguments{"prog", "a\" b"}));
-}
-
-TEST(WindowsCommandLine, TwoBackslashesBeforeAQuoteGiveOneBackslashAndTheQuoteGroups)
-{
-    EXPECT_EQ(Split("prog a\\\\\"b c\""), (Arguments{"prog", "a\\b c"}));
-    // The usual way to end a quoted folder with a separator.
-    EXPECT_EQ(Split("prog \"C:\\Out Dir\\\\\" next"), (Arguments{"prog", "C:\\Out Dir\\", "next"}));
-}
-
-TEST(WindowsCommandLine, ThreeBackslashesBeforeAQuoteGiveOneBackslashAndALiteralQuote)
-{
-    EXPECT_EQ(Split("prog a\\\\\\\"b c"), (Arguments{"prog", "a\\\"b", "c"}));
-    EXPECT_EQ(Split("prog a\\\\\\\\\"b c\""), (Arguments{"prog", "a\\\\b c"}));
-}
-
-TEST(WindowsCommandLine, ProgramNameTakesBackslashesLiterallyAndQuotesOnlyGroup)
-{
-    EXPECT_EQ(Split("\"C:\\Program Files\\Epic\\UnrealEditor.exe\" -x"),
-        (Arguments{"C:\\Program Files\\Epic\\UnrealEditor.exe", "-x"}));
-    // After the program name the same bytes would give a literal quote and end at the blank.
-    EXPECT_EQ(Split("C:\\a\\\"b c\" d"), (Arguments{"C:\\a\\b c", "d"}));
-    EXPECT_EQ(Split("\"C:\\Dir\\\\\" x"), (Arguments{"C:\\Dir\\\\", "x"}));
-    EXPECT_EQ(Split("\"\" x"), (Arguments{"", "x"}));
+    struct FCase
+    {
+        const char* Rule;
+        std::string Line;
+        Arguments Expected;
+    };
+    const FCase Cases[] = {
+        {"blanks separate, runs of them give no empty argument", "prog  a\tb \t c", {"prog", "a", "b", "c"}},
+        {"leading and trailing blanks", "  \tprog a  ", {"prog", "a"}},
+        {"nothing", "", {}},
+        {"only blanks", " \t ", {}},
+        {"quotes group and go", "prog \"a b\" c\"d e\"f \"g\"h", {"prog", "a b", "cd ef", "gh"}},
+        {"an unterminated quote runs to the end", "prog \"unterminated  blank", {"prog", "unterminated  blank"}},
+        {"empty quotes give an empty argument", "prog \"\" b \"\"", {"prog", "", "b", ""}},
+        {"empty quotes between blanks", "prog \"\"\t\"\"", {"prog", "", ""}},
+        {"a doubled quote inside quotes is a quote", "prog \"a\"\"b c\"", {"prog", "a\"b c"}},
+        {"and quoting continues", "prog \"say \"\"hi\"\" now\" x", {"prog", "say \"hi\" now", "x"}},
+        {"backslashes not before a quote stay", "prog C:\\Path\\To\\file.exe a\\\\b\\\\\\c d\\",
+            {"prog", "C:\\Path\\To\\file.exe", "a\\\\b\\\\\\c", "d\\"}},
+        {"backslashes inside quotes stay", "prog \"C:\\Program Files\\x\"", {"prog", "C:\\Program Files\\x"}},
+        {"one backslash before a quote: a quote", "prog a\\\"b \\\"c\\\"", {"prog", "a\"b", "\"c\""}},
+        {"one backslash before a quote inside quotes", "prog \"a\\\" b\"", {"prog", "a\" b"}},
+        {"two backslashes before a quote: one backslash, the quote groups", "prog a\\\\\"b c\"", {"prog", "a\\b c"}},
+        {"a quoted folder ending in a separator", "prog \"C:\\Out Dir\\\\\" next", {"prog", "C:\\Out Dir\\", "next"}},
+        {"three backslashes before a quote", "prog a\\\\\\\"b c", {"prog", "a\\\"b", "c"}},
+        {"four backslashes before a quote", "prog a\\\\\\\\\"b c\"", {"prog", "a\\\\b c"}},
+        {"the program name takes backslashes as they are", "\"C:\\Program Files\\Epic\\UnrealEditor.exe\" -x",
+            {"C:\\Program Files\\Epic\\UnrealEditor.exe", "-x"}},
+        {"in the program name a quote only groups", "C:\\a\\\"b c\" d", {"C:\\a\\b c", "d"}},
+        {"a program name ending in backslashes", "\"C:\\Dir\\\\\" x", {"C:\\Dir\\\\", "x"}},
+        {"an empty program name", "\"\" x", {"", "x"}},
+    };
+    for (const FCase& Case : Cases)
+    {
+        EXPECT_EQ(Split(Case.Line), Case.Expected) << Case.Rule;
+    }
 }
 
 TEST(WindowsCommandLine, PreQuotedExecutableSplitsLikeAQuotedOne)
