@@ -11,10 +11,12 @@
 
 namespace Maptorn
 {
-namespace
+// Named rather than anonymous: FShared holds these requests, and the unity build sees both in one unit.
+namespace RetryingHttpDetail
 {
 class FRetryingRequest;
 }
+using RetryingHttpDetail::FRetryingRequest;
 
 struct FRetryingHttp::FShared
 {
@@ -33,7 +35,7 @@ struct FRetryingHttp::FShared
     }
 };
 
-namespace
+namespace RetryingHttpDetail
 {
 // Keeps what the caller set, so that every attempt is the same request on a new host request.
 class FRetryingRequest final : public IHttpRequest, public std::enable_shared_from_this<FRetryingRequest>
