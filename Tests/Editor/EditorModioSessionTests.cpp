@@ -45,29 +45,6 @@ TEST_F(EditorModioSession, StartUpInitialisesThePluginAndVerifiesOnlyOnItsAnswer
 	EXPECT_FALSE(LogMentions(Fakes.Log, "SECRET-KEY"));
 }
 
-TEST_F(EditorModioSession, TheEmailCodeAndTheLoginReachThePluginAndClearTheFields)
-{
-	Tick();
-	Tick();
-	Client->EmailAddress = "modder@example.com";
-	Client->RequestEmailCode();
-	EXPECT_EQ(RecordingModio::Get().Emails, std::vector<std::string>{"modder@example.com"});
-	EXPECT_TRUE(Client->bIsModioBusy);
-	EXPECT_EQ(Client->LoginIndex, 0);
-	Tick();
-	EXPECT_EQ(Client->LoginIndex, 2);
-	EXPECT_FALSE(Client->bIsModioBusy);
-
-	Client->AuthCode = "A1B2C";
-	Client->Login();
-	EXPECT_EQ(RecordingModio::Get().Codes, std::vector<std::string>{"A1B2C"});
-	Tick();
-	EXPECT_TRUE(Client->bIsLoggedIn);
-	EXPECT_TRUE(Client->EmailAddress.empty());
-	EXPECT_TRUE(Client->AuthCode.empty());
-	EXPECT_FALSE(Client->bIsModioBusy);
-}
-
 TEST_F(EditorModioSession, ALoginSurvivesARestartUntilLogout)
 {
 	Tick();

@@ -88,24 +88,3 @@ TEST_F(WorkshopAccount, LogoutEmptiesBothBoxesAndWhatTheyHeldEvenWhenItFails)
     EXPECT_EQ(Controller.GetAuthCodeBoxText(), "");
     EXPECT_EQ(Controller.GetLoginIndex(), 3);
 }
-
-TEST_F(WorkshopAccount, TheWholeLoginWalksTheStepsThroughTheSession)
-{
-    Controller.AgreedToTerms();
-    Controller.OnEmailTextChanged("modder@example.com");
-    EXPECT_TRUE(Controller.SendAuthButtonClicked());
-    EXPECT_EQ(Fakes.Session.Calls.back(), "RequestEmailAuthCodeAsync:modder@example.com");
-    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Visible);
-    Fakes.Session.RunPendingHandlers();
-    EXPECT_EQ(Controller.GetLoginIndex(), 2);
-
-    Controller.OnAuthCodeChanged("12345");
-    EXPECT_TRUE(Controller.LoginButtonClicked());
-    EXPECT_EQ(Fakes.Session.Calls.back(), "AuthenticateUserEmailAsync:12345");
-    while (!Fakes.Session.Pending.empty())
-    {
-        Fakes.Session.RunPendingHandlers();
-    }
-    EXPECT_EQ(Controller.GetLoginIndex(), 3);
-    EXPECT_EQ(Controller.IsLoggingIn(), EVisibility::Hidden);
-}

@@ -122,13 +122,6 @@ TEST_F(WorkshopBrowser, PagingWaitsForTheRunningQuery)
     EXPECT_TRUE(Http.Sent.empty());
 }
 
-TEST_F(WorkshopBrowser, RefreshRunsTheSameQueryAgain)
-{
-    Client->SourceQuery.PageOffset = 40;
-    EXPECT_TRUE(Controller->OnRefreshModPageClicked());
-    EXPECT_EQ(LastPaging(), "&_offset=40&_limit=20");
-}
-
 TEST_F(WorkshopBrowser, SearchInAnotherLetterCaseDoesNotQueryAgain)
 {
     Client->SourceQuery.PageOffset = 40;
@@ -197,21 +190,6 @@ TEST_F(WorkshopBrowser, ALogoArrivingRebuildsTheRowsFromTheClientsPage)
     Client->OnSourceModImageCreated.Broadcast(Client->LastSourceModList.Mods[0]);
     ASSERT_EQ(Controller->GetSourceModRows().size(), 1u);
     EXPECT_EQ(Controller->GetSourceModRows()[0].GetModInfo().ThumbnailPath, "/cache/UGC1.png");
-}
-
-TEST_F(WorkshopBrowser, APluginNotInTheProjectIsQueuedWithoutAQuestion)
-{
-    AddProjectPlugin("UGC9");
-    Client->LastSourceModList.Mods = {CatalogueMod("5")};
-    Controller->OnSourceModListUpdated(true, Client->LastSourceModList);
-
-    EXPECT_TRUE(Controller->GetSourceModRows()[0].OnModButtonClicked());
-    EXPECT_TRUE(Fakes.Dialogs.MessageBoxes.empty());
-    ASSERT_TRUE(Client->ActiveDownload);
-    EXPECT_EQ(Client->ActiveDownload->ModId, "5");
-    // The row no longer offers it.
-    EXPECT_EQ(Controller->GetSourceModRows()[0].GetStatusText(), "Status: Downloading");
-    EXPECT_FALSE(Controller->GetSourceModRows()[0].IsButtonEnabled());
 }
 
 TEST_F(WorkshopBrowser, APluginAlreadyInTheProjectIsOnlyQueuedAfterYes)
