@@ -2,12 +2,17 @@
 
 #include "Platform/CurlHttp.h"
 #include "Platform/RestModioSession.h"
+#include "Platform/RestModioSessionRequests.h"
 #include "Platform/StandaloneTasks.h"
 #include "Platform/StringConversion.h"
 
 #include "Modio/ModioRequests.h"
 
 #include <nlohmann/json.hpp>
+
+#include <optional>
+#include <utility>
+#include <vector>
 
 using MaptornString::ToFString;
 using MaptornString::ToStd;
@@ -23,6 +28,33 @@ FModioErrorCode ToPlugin(const Maptorn::FModioErrorCode& Error)
 std::optional<std::string> ToCore(const TOptional<FString>& Text)
 {
 	return Text.IsSet() ? std::optional<std::string>(ToStd(Text.GetValue())) : std::nullopt;
+}
+
+std::string ToCore(const FString& Text)
+{
+	return ToStd(Text);
+}
+
+Maptorn::EModioModfilePlatform ToCore(EModioModfilePlatform Platform)
+{
+	// The core numbers platforms as the plug-in does.
+	return static_cast<Maptorn::EModioModfilePlatform>(Platform);
+}
+
+// An optional list of the plug-in's, each element converted.
+template <typename ElementType>
+auto ToCore(const TOptional<TArray<ElementType>>& List) -> std::optional<std::vector<decltype(ToCore(std::declval<ElementType>()))>>
+{
+	if (!List.IsSet())
+	{
+		return std::nullopt;
+	}
+	std::vector<decltype(ToCore(std::declval<ElementType>()))> Converted;
+	for (const ElementType& Element : List.GetValue())
+	{
+		Converted.push_back(ToCore(Element));
+	}
+	return Converted;
 }
 
 Maptorn::FModioModID ToCore(const FModioModID& Mod)
@@ -168,15 +200,7 @@ void FRestModioBackend::SubmitNewModAsync(FModioModCreationHandle Handle, FModio
 	CoreParams.Name = ToStd(Params.Name);
 	CoreParams.Summary = ToStd(Params.Summary);
 	CoreParams.MetadataBlob = ToCore(Params.MetadataBlob);
-	if (Params.Tags.IsSet())
-	{
-		std::vector<std::string> Tags;
-		for (const FString& Tag : Params.Tags.GetValue())
-		{
-			Tags.push_back(ToStd(Tag));
-		}
-		CoreParams.Tags = Tags;
-	}
+	CoreParams.Tags = ToCore(Params.Tags);
 	Session->SubmitNewModAsync(Maptorn::FModioModCreationHandle{ToModio(Handle).Value}, CoreParams,
 		[Callback](Maptorn::FModioErrorCode Error, std::optional<Maptorn::FModioModID> Mod) {
 			Callback.ExecuteIfBound(ToPlugin(Error), Mod ? TOptional<FModioModID>(FModioModID(*Mod)) : TOptional<FModioModID>());
@@ -194,15 +218,7 @@ void FRestModioBackend::SubmitNewModFileForMod(FModioModID Mod, FModioCreateModF
 		CoreParams.bSetAsActive = Params.bSetAsActiveRelease.GetValue();
 	}
 	CoreParams.MetadataBlob = ToCore(Params.MetadataBlob);
-	if (Params.ModfilePlatforms.IsSet())
-	{
-		std::vector<Maptorn::EModioModfilePlatform> Platforms;
-		for (const EModioModfilePlatform Platform : Params.ModfilePlatforms.GetValue())
-		{
-			Platforms.push_back(static_cast<Maptorn::EModioModfilePlatform>(Platform));
-		}
-		CoreParams.ModfilePlatforms = Platforms;
-	}
+	CoreParams.ModfilePlatforms = ToCore(Params.ModfilePlatforms);
 	Session->SubmitNewModFileForMod(ToCore(Mod), CoreParams);
 }
 
@@ -241,8 +257,9 @@ void FRestModioBackend::ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback)
 
 void FRestModioBackend::ListUserCreatedModsAsync(FModioFilterParams /*Filter*/, FOnListUserCreatedModsDelegateFast Callback)
 {
+	// The origin as the session reads it, so the listing goes where its login went.
 	Maptorn::FHttpRequestPtr Request = Maptorn::ModioRequests::MakeAuthorizedRequest(*Http, "GET",
-		Maptorn::ModioRequests::OwnModsUrl(BaseUrl, GameId), Session->GetAuthTokenAsString());
+		Maptorn::ModioRequests::OwnModsUrl(Maptorn::ModioRest::ResolveBaseUrl(BaseUrl, GameId), GameId), Session->GetAuthTokenAsString());
 	Request->OnProcessRequestComplete() = [Callback](Maptorn::FHttpRequestPtr, Maptorn::FHttpResponsePtr Response, bool bConnected) {
 		const int32 Status = bConnected && Response ? Response->GetResponseCode() : 0;
 		const nlohmann::json Answer =
