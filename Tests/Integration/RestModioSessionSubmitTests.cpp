@@ -104,35 +104,6 @@ protected:
 
 // ---- Creating and editing mods ----
 
-TEST_F(RestModioSessionSubmit, CreatingAModSendsItsFieldsAndLogoAndAnswersTheNewId)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    const fs::path Logo = Temp.Path() / "logo.png";
-    WriteTextFile(Logo, DefaultLogoBytes());
-    FModioCreateModParams Params;
-    Params.PathToLogoFile = Logo.string();
-    Params.Name = "Harbour Nights";
-    Params.Summary = "The harbour after dark";
-    Params.Tags = std::vector<std::string>{"Map", "Night"};
-    Params.MetadataBlob = "{\"type\":\"map\"}";
-
-    const auto [Error, Mod] = CreateMod(*Session, Params);
-    ASSERT_FALSE(Error) << Error.GetErrorMessage();
-    ASSERT_TRUE(Mod);
-
-    const json Created = GetJson(ModPath(*Mod));
-    EXPECT_EQ(Created["name"], "Harbour Nights");
-    EXPECT_EQ(Created["summary"], "The harbour after dark");
-    EXPECT_EQ(TagsOf(Created), (std::vector<std::string>{"Map", "Night"}));
-    EXPECT_EQ(Created["metadata_blob"], "{\"type\":\"map\"}");
-    EXPECT_EQ(Created["logo"]["filename"], "logo.png");
-    EXPECT_EQ(GetBytes(Created["logo"]["original"]), DefaultLogoBytes());
-
-    const std::vector<Sandbox::FRecordedRequest> Posts = RequestsTo("POST", "/v1/games/1/mods");
-    ASSERT_EQ(Posts.size(), 1u);
-    EXPECT_EQ(Posts[0].Headers.at("content-type").rfind("multipart/form-data; boundary=", 0), 0u);
-}
-
 TEST_F(RestModioSessionSubmit, ModCreationWithoutAReadableLogoOrALoginFailsWithoutARequest)
 {
     FModioCreateModParams Params;

@@ -166,17 +166,6 @@ protected:
 };
 }
 
-TEST_F(RestModioSession, VerifyingWithoutALoginAnswersThatNobodyIsLoggedIn)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
-
-    const FModioErrorCode Error = Verify(*Session);
-    EXPECT_EQ(Error.GetValue(), ModioRest::ErrorValue::NoAuthToken);
-    EXPECT_EQ(Error.GetErrorMessage(), "No user is logged in");
-    EXPECT_TRUE(RequestsTo("/v1/me").empty());
-}
-
 TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
@@ -216,23 +205,6 @@ TEST_F(RestModioSession, TheLoginPostsEncodedFormsWithTheApiKeyAndChecksTheToken
     EXPECT_EQ(Checks[0].Headers.at("authorization").rfind("Bearer ", 0), 0u);
 }
 
-TEST_F(RestModioSession, ANewSessionRestoresTheStoredLoginEvenWithATrailingSlashAndVerifiesIt)
-{
-    std::string Token;
-    {
-        const std::unique_ptr<FRestModioSession> First = MakeSession();
-        LogIn(*First);
-        Token = First->GetAuthTokenAsString();
-    }
-    const std::unique_ptr<FRestModioSession> Second = MakeSession();
-    EXPECT_EQ(Second->GetAuthTokenAsString(), "") << "nothing is read before initialising";
-    ASSERT_FALSE(Initialize(*Second, Sandbox.GetBaseUrl() + "/"));
-    EXPECT_EQ(Second->GetAuthTokenAsString(), Token);
-    const FModioErrorCode Error = Verify(*Second);
-    EXPECT_FALSE(Error) << Error.GetErrorMessage();
-    EXPECT_EQ(RequestsTo("/v1/me").size(), 2u) << "no doubled slash in the path";
-}
-
 TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
 {
     TokensSeen.push_back(Sandbox.IssueTokenFor(ModderEmail));
@@ -267,21 +239,6 @@ TEST_F(RestModioSession, AnExpiredTokenFailsVerificationAndTheStoredLoginIsForgo
     EXPECT_FALSE(fs::exists(LoginFile));
     EXPECT_EQ(Session->GetAuthTokenAsString(), "");
     EXPECT_FALSE(RequestCode(*Session)) << "a new code can be asked for";
-}
-
-TEST_F(RestModioSession, AWrongCodeAnswersWithTheServicesMessageAndKeepsNoLogin)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
-    ASSERT_FALSE(RequestCode(*Session));
-    const std::string Wrong = Sandbox.LastCodeFor(ModderEmail) == "00000" ? "11111" : "00000";
-
-    const FModioErrorCode Error = Authenticate(*Session, Wrong);
-    EXPECT_EQ(Error.GetValue(), 11014);
-    EXPECT_EQ(Error.GetErrorMessage(), "The security code is invalid. (HTTP 401, error_ref 11014)");
-    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
-    EXPECT_FALSE(fs::exists(LoginFile));
-    EXPECT_TRUE(RequestsTo("/v1/me").empty());
 }
 
 TEST_F(RestModioSession, AServiceFaultOnTheCodeRequestIsAnErrorWithItsMessage)

@@ -30,6 +30,8 @@ TEST_F(EditorJourney, AWrongCodeIsNamedAndTheRightOneStillLogsIn)
 	ASSERT_TRUE(Window().Type("Auth Code", "ZZZZZ"));
 	ASSERT_TRUE(Press("Login"));
 	ASSERT_TRUE(WaitFor([this] { return !Window().TextStartingWith("The login was refused: ").empty(); })) << Window().PrintTree();
+	EXPECT_TRUE(Window().Shows("The login was refused: The security code is invalid. (HTTP 401, error_ref 11014)")) << Window().PrintTree();
+	EXPECT_FALSE(std::filesystem::exists(Editor.LoginFile())) << "no login is kept";
 	EXPECT_EQ(Window().BoxText("Auth Code"), "ZZZZZ") << "the code stays to be corrected";
 
 	ASSERT_TRUE(Window().Type("Auth Code", Sandbox.LastCodeFor(Modder)));

@@ -16,7 +16,8 @@ void FEditorJourney::SetUp()
 	FStandInEditorOptions Options;
 	Options.Root = Temp.Dir() + "Modder";
 	Options.StandinBinary = MAPTORN_STANDIN_PATH;
-	Options.ModioBaseUrl = Sandbox.GetBaseUrl();
+	// As a modder may type it: the trailing slash must not double in any path.
+	Options.ModioBaseUrl = Sandbox.GetBaseUrl() + "/";
 	Options.ModioGameId = 1;
 	Options.ModioApiKey = ApiKey;
 	std::string Error;

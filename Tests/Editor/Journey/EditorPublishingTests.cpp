@@ -53,6 +53,7 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	EXPECT_EQ(Mod.value("summary", ""), "A lit tower for night maps.");
 	EXPECT_NE(Mod.value("metadata_blob", ""), "");
 	EXPECT_EQ(Tags(Mod), std::vector<std::string>{"Mod"});
+	EXPECT_EQ(Mod["logo"].value("filename", ""), "KelvorThumbnail.jpg") << "the logo picked in the file dialog";
 
 	// Upload for Windows and Android, sharing the plug-in's assets, with a change note.
 	ASSERT_TRUE(PressNear("Signal Tower", "Select Mod")) << Window().LastFailure();
