@@ -2,12 +2,15 @@
 
 #include "Transfer/ArchiveEntryGuard.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <set>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -219,6 +222,43 @@ bool ExtractFile(zip_t* Archive, const ArchiveEntryGuard::FPlannedFile& File, co
     return true;
 }
 
+// Entries this large are handed out first, biggest first, so the two workers end together: a
+// large file left for last would keep one worker busy long after the other ran out of work.
+constexpr uint64 LargeEntrySize = 1u << 20;
+
+// The order entries are handed out in: large ones by size, then the rest in archive order.
+std::vector<std::size_t> WorkOrder(const std::vector<ArchiveEntryGuard::FPlannedFile>& Files)
+{
+    std::vector<std::size_t> Order(Files.size());
+    for (std::size_t Number = 0; Number < Files.size(); ++Number)
+    {
+        Order[Number] = Number;
+    }
+    std::stable_sort(Order.begin(), Order.end(), [&](std::size_t Left, std::size_t Right)
+    {
+        const uint64 LeftSize = Files[Left].Size >= LargeEntrySize ? Files[Left].Size : 0;
+        const uint64 RightSize = Files[Right].Size >= LargeEntrySize ? Files[Right].Size : 0;
+        return LeftSize > RightSize;
+    });
+    return Order;
+}
+
+// One worker: takes the next entry until none is left or a worker has failed. Each worker reads
+// through its own handle, since a libzip archive is not to be shared between threads.
+void ExtractShare(zip_t* Archive, const std::vector<ArchiveEntryGuard::FPlannedFile>& Files, const std::vector<std::size_t>& Order,
+                  const std::string& Root, std::atomic<std::size_t>& Next, std::atomic<bool>& bFailed, std::string& OutError)
+{
+    std::vector<char> Buffer(ReadChunkSize);
+    for (std::size_t Taken = Next++; Taken < Order.size() && !bFailed; Taken = Next++)
+    {
+        if (!ExtractFile(Archive, Files[Order[Taken]], Root, Buffer, OutError))
+        {
+            bFailed = true;
+            return;
+        }
+    }
+}
+
 std::string WithoutTrailingSlashes(std::string Path)
 {
     while (Path.size() > 1 && (Path.back() == '/' || Path.back() == '\\'))
@@ -248,16 +288,24 @@ bool FZipArchive::ExtractAll(const std::string& ArchivePath, const std::string& 
     {
         return false;
     }
-    // In archive order, so the archive is read front to back. Extracting with one handle per
-    // thread was measured no faster on two cores: creating the files, not inflating, is the cost.
-    std::vector<char> Buffer(ReadChunkSize);
-    for (const ArchiveEntryGuard::FPlannedFile& File : Plan.Files)
+    // Two workers share the entries: inflating the large files and creating the many small ones
+    // overlap on two cores. A failure stops both, and its message is the one told.
+    FZipHandle SecondArchive = OpenArchive(ArchivePath, OutError);
+    if (!SecondArchive)
     {
-        if (!ExtractFile(Archive.get(), File, Root, Buffer, OutError))
-        {
-            return false;
-        }
+        return false;
     }
-    return true;
+    const std::vector<std::size_t> Order = WorkOrder(Plan.Files);
+    std::atomic<std::size_t> Next = 0;
+    std::atomic<bool> bFailed = false;
+    std::string SecondError;
+    std::thread Second([&] { ExtractShare(SecondArchive.get(), Plan.Files, Order, Root, Next, bFailed, SecondError); });
+    ExtractShare(Archive.get(), Plan.Files, Order, Root, Next, bFailed, OutError);
+    Second.join();
+    if (OutError.empty())
+    {
+        OutError = SecondError;
+    }
+    return OutError.empty();
 }
 }
