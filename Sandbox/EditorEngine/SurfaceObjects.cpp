@@ -10,7 +10,11 @@
 #include "Kelvor_GameMode.h"
 #include "Kelvor_Map.h"
 #include "Kelvor_Mod.h"
+#include "HAL/FileManager.h"
+#include "Interfaces/IPluginManager.h"
+#include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
+#include "Misc/Paths.h"
 #include "UObject/Package.h"
 #include "UObject/UnrealType.h"
 #include "UObject/WeakObjectPtr.h"
@@ -297,14 +301,53 @@ void FAssetRegistryModule::AssetCreated(UObject* /*NewAsset*/)
 {
 }
 
+FString FPackageName::LongPackageNameToFilename(const FString& InLongPackageName, const FString& InExtension)
+{
+	// /Game/ is the project's content; any other root is the content of the plug-in of that name.
+	FString Root;
+	FString Rest;
+	if (!InLongPackageName.Mid(1).Split(TEXT("/"), &Root, &Rest))
+	{
+		return FString();
+	}
+	FString ContentDir;
+	if (Root.Equals(TEXT("Game")))
+	{
+		ContentDir = FPaths::ProjectContentDir();
+	}
+	else if (const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(Root))
+	{
+		ContentDir = Plugin->GetContentDir();
+		ContentDir += ContentDir.EndsWith(TEXT("/")) ? TEXT("") : TEXT("/");
+	}
+	return ContentDir.IsEmpty() ? FString() : ContentDir + Rest + InExtension;
+}
+
 bool UEditorLoadingAndSavingUtils::SavePackages(const TArray<UPackage*>& PackagesToSave, bool /*bOnlyDirty*/)
 {
+	bool bAllSaved = true;
 	for (UPackage* Package : PackagesToSave)
 	{
 		SurfaceTestState::Get().SavedPackages.push_back(MaptornSurfaceUtf::ToUtf8(*Package->GetName(), Package->GetName().Len()));
+		// A readable stand-in for the asset file: the class and the properties of each of its objects.
+		FString Text;
+		for (const auto& [Object, Record] : Objects())
+		{
+			if (Record.Outer != Package)
+			{
+				continue;
+			}
+			Text += FString::Printf(TEXT("[%s %s]\n"), *Object->GetClass()->GetName(), *Record.Name);
+			for (const FProperty* Property : SurfaceObjects::PropertiesOf(*Object))
+			{
+				Text += Property->GetName() + TEXT("=") + SurfaceObjects::PropertyText(*Object, *Property) + TEXT("\n");
+			}
+		}
+		const FString File = FPackageName::LongPackageNameToFilename(Package->GetName(), TEXT(".uasset"));
+		bAllSaved = !File.IsEmpty() && FFileHelper::SaveStringToFile(Text, *File) && bAllSaved;
 		Package->SetDirtyFlag(false);
 	}
-	return true;
+	return bAllSaved;
 }
 
 namespace SurfaceObjects
@@ -334,6 +377,50 @@ void UnloadPackage(const FString& PackageName)
 		delete Object;
 	}
 	delete Package;
+}
+
+std::vector<FProperty*> PropertiesOf(const UObject& Object)
+{
+	std::vector<FProperty*> Properties;
+	for (const UClass* Class = Object.GetClass(); Class; )
+	{
+		const auto Info = Classes().find(Class);
+		if (Info == Classes().end())
+		{
+			break;
+		}
+		for (const std::unique_ptr<FProperty>& Property : Info->second.Properties)
+		{
+			Properties.push_back(Property.get());
+		}
+		Class = Info->second.Super;
+	}
+	return Properties;
+}
+
+FString PropertyText(const UObject& Object, const FProperty& Property)
+{
+	if (const FStrProperty* Str = CastField<FStrProperty>(&Property)) { return Str->GetPropertyValue_InContainer(&Object); }
+	if (const FTextProperty* Txt = CastField<FTextProperty>(&Property)) { return Txt->GetPropertyValue_InContainer(&Object).ToString(); }
+	if (const FSoftObjectProperty* Soft = CastField<FSoftObjectProperty>(&Property)) { return Soft->GetPropertyValue_InContainer(&Object).ToSoftObjectPath().ToString(); }
+	if (const FBoolProperty* Flag = CastField<FBoolProperty>(&Property)) { return Flag->GetPropertyValue_InContainer(&Object) ? TEXT("True") : TEXT("False"); }
+	if (const FNumericProperty* Number = CastField<FNumericProperty>(&Property))
+	{
+		return FString::Printf(TEXT("%lld"), static_cast<long long>(Number->GetSignedIntPropertyValue(Number->ContainerPtrToValuePtr<void>(&Object))));
+	}
+	return FString();
+}
+
+bool SetPropertyText(UObject& Object, const FProperty& Property, const FString& Text)
+{
+	if (const FStrProperty* Str = CastField<FStrProperty>(&Property)) { Str->SetPropertyValue_InContainer(&Object, Text); return true; }
+	if (const FTextProperty* Txt = CastField<FTextProperty>(&Property)) { Txt->SetPropertyValue_InContainer(&Object, FText::FromString(Text)); return true; }
+	if (const FSoftObjectProperty* Soft = CastField<FSoftObjectProperty>(&Property))
+	{
+		Soft->SetPropertyValue_InContainer(&Object, FSoftObjectPtr(FSoftObjectPath(Text)));
+		return true;
+	}
+	return false;
 }
 
 void UnloadAll()
