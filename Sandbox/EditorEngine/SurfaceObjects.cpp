@@ -343,8 +343,9 @@ bool UEditorLoadingAndSavingUtils::SavePackages(const TArray<UPackage*>& Package
 				Text += Property->GetName() + TEXT("=") + SurfaceObjects::PropertyText(*Object, *Property) + TEXT("\n");
 			}
 		}
+		// A root with no folder on disk (an object system used without a project) keeps its packages in memory.
 		const FString File = FPackageName::LongPackageNameToFilename(Package->GetName(), TEXT(".uasset"));
-		bAllSaved = !File.IsEmpty() && FFileHelper::SaveStringToFile(Text, *File) && bAllSaved;
+		bAllSaved = (File.IsEmpty() || FFileHelper::SaveStringToFile(Text, *File)) && bAllSaved;
 		Package->SetDirtyFlag(false);
 	}
 	return bAllSaved;
