@@ -111,7 +111,9 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeSteamPage()
 				]
 				+ SHorizontalBox::Slot().FillWidth(1.0f).VAlign(VAlign_Center).Padding(4, 0)
 				[
-					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetInstallDirText()); })
+					SNew(STextBlock)
+					.ToolTipText(LOCTEXT("InstallTip", "The game install Stage Map copies into: found through Steam's library folders, or set as KelvorInstallDir in [/Script/Maptorn.MaptornSettings] of your editor settings, then restart the editor"))
+					.Text_Lambda([this] { return ToText(Controller->GetInstallDirText()); })
 				]
 			]
 		];
