@@ -42,6 +42,11 @@ TSharedPtr<SDockTab> InvokeTab(const FName& TabId);
 // Closes an open tab: the window it spawned is gone.
 void CloseTab(const FName& TabId);
 
+// The details panel of an asset, as double-clicking it in the content browser opens it: one row per
+// property with its name and a box; pressing Enter in a box sets the property and marks the package
+// dirty; "Save" writes the package. Null when no such asset is loaded.
+TSharedPtr<SWidget> OpenAssetDetails(const FString& ObjectPath);
+
 // One editor frame: every tickable editor object ticks, then what was posted to the game thread runs.
 void Frame(float DeltaSeconds);
 

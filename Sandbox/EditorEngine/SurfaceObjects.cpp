@@ -10,7 +10,10 @@
 #include "Kelvor_GameMode.h"
 #include "Kelvor_Map.h"
 #include "Kelvor_Mod.h"
+#include "Interfaces/IPluginManager.h"
+#include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
+#include "Misc/Paths.h"
 #include "UObject/Package.h"
 #include "UObject/UnrealType.h"
 #include "UObject/WeakObjectPtr.h"
@@ -297,14 +300,54 @@ void FAssetRegistryModule::AssetCreated(UObject* /*NewAsset*/)
 {
 }
 
+FString FPackageName::LongPackageNameToFilename(const FString& InLongPackageName, const FString& InExtension)
+{
+	// /Game/ is the project's content; any other root is the content of the plug-in of that name.
+	FString Root;
+	FString Rest;
+	if (!InLongPackageName.Mid(1).Split(TEXT("/"), &Root, &Rest))
+	{
+		return FString();
+	}
+	FString ContentDir;
+	if (Root.Equals(TEXT("Game")))
+	{
+		ContentDir = FPaths::ProjectContentDir();
+	}
+	else if (const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(Root))
+	{
+		ContentDir = Plugin->GetContentDir();
+		ContentDir += ContentDir.EndsWith(TEXT("/")) ? TEXT("") : TEXT("/");
+	}
+	return ContentDir.IsEmpty() ? FString() : ContentDir + Rest + InExtension;
+}
+
 bool UEditorLoadingAndSavingUtils::SavePackages(const TArray<UPackage*>& PackagesToSave, bool /*bOnlyDirty*/)
 {
+	bool bAllSaved = true;
 	for (UPackage* Package : PackagesToSave)
 	{
 		SurfaceTestState::Get().SavedPackages.push_back(MaptornSurfaceUtf::ToUtf8(*Package->GetName(), Package->GetName().Len()));
+		// A readable stand-in for the asset file: the class and the properties of each of its objects.
+		FString Text;
+		for (const auto& [Object, Record] : Objects())
+		{
+			if (Record.Outer != Package)
+			{
+				continue;
+			}
+			Text += FString::Printf(TEXT("[%s %s]\n"), *Object->GetClass()->GetName(), *Record.Name);
+			for (const FProperty* Property : SurfaceObjects::PropertiesOf(*Object))
+			{
+				Text += Property->GetName() + TEXT("=") + SurfaceObjects::PropertyText(*Object, *Property) + TEXT("\n");
+			}
+		}
+		// A root with no folder on disk (an object system used without a project) keeps its packages in memory.
+		const FString File = FPackageName::LongPackageNameToFilename(Package->GetName(), TEXT(".uasset"));
+		bAllSaved = (File.IsEmpty() || FFileHelper::SaveStringToFile(Text, *File)) && bAllSaved;
 		Package->SetDirtyFlag(false);
 	}
-	return true;
+	return bAllSaved;
 }
 
 namespace SurfaceObjects
@@ -334,6 +377,25 @@ void UnloadPackage(const FString& PackageName)
 		delete Object;
 	}
 	delete Package;
+}
+
+std::vector<FProperty*> PropertiesOf(const UObject& Object)
+{
+	std::vector<FProperty*> Properties;
+	for (const UClass* Class = Object.GetClass(); Class; )
+	{
+		const auto Info = Classes().find(Class);
+		if (Info == Classes().end())
+		{
+			break;
+		}
+		for (const std::unique_ptr<FProperty>& Property : Info->second.Properties)
+		{
+			Properties.push_back(Property.get());
+		}
+		Class = Info->second.Super;
+	}
+	return Properties;
 }
 
 void UnloadAll()

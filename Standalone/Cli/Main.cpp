@@ -58,6 +58,11 @@ int main(int Argc, char** Argv)
     MapCreate->add_option("id", MapId, "The map's id: letters, digits, '-' and '_'")->required();
     MapCreate->add_option("--name", MapName, "The map's name, 3-32 characters")->required();
     MapCreate->callback([&] { ExitCode = RunMapCreate(Context, MapId, MapName); });
+    CLI::App* MapSet = Map->add_subcommand("set", "Point the project map's definition at its levels, as the editor's details panel does");
+    FMapSetRequest MapSetRequest;
+    MapSet->add_option("--map", MapSetRequest.Map, "The Windows map, e.g. /Game/CustomMaps/SVR_Harbour/Harbour.Harbour");
+    MapSet->add_option("--quest-map", MapSetRequest.QuestMap, "The Android/Quest map");
+    MapSet->callback([&] { ExitCode = RunMapSet(Context, MapSetRequest); });
 
     CLI::App* Plugin = App.add_subcommand("plugin", "Content plug-ins of mod.io mods (UGC<mod id>)");
     Plugin->require_subcommand(1);

@@ -110,14 +110,25 @@ protected:
 };
 }
 
-TEST_F(MaptornCli, MapCreateWritesTheDefinitionIntoTheProject)
+TEST_F(MaptornCli, TheProjectMapIsCreatedLinkedToItsLevelAndStagedIntoTheGameInstall)
 {
     const FRun Result = Run(InSample() + "map create Harbour --name " + Quote("Old Harbour"));
     EXPECT_EQ(Result.ExitCode, 0) << Result.Out << Result.Err;
-    const std::string Definition = ReadTextFile(fs::path(Layout.ProjectDir) / "Content/CustomMaps/SVR_Harbour/definition.json");
+    const fs::path DefinitionFile = fs::path(Layout.ProjectDir) / "Content/CustomMaps/SVR_Harbour/definition.json";
+    const std::string Definition = ReadTextFile(DefinitionFile);
     EXPECT_NE(Definition.find("\"Class\": \"Kelvor_Map\""), std::string::npos) << Definition;
     EXPECT_NE(Definition.find("\"Label\": \"SVR_Harbour\""), std::string::npos) << Definition;
     EXPECT_NE(Definition.find("\"DisplayName\": \"Old_Harbour\""), std::string::npos) << Definition;
+
+    const FRun Linked = Run(InSample() + "map set --map /Game/CustomMaps/SVR_Harbour/Harbour.Harbour");
+    EXPECT_EQ(Linked.ExitCode, 0) << Linked.Out << Linked.Err;
+    EXPECT_NE(ReadTextFile(DefinitionFile).find("\"Map\": \"/Game/CustomMaps/SVR_Harbour/Harbour.Harbour\""), std::string::npos);
+
+    const fs::path Game = Temp.Path() / "Kelvor";
+    fs::create_directories(Game);
+    const FRun Staged = Run(InSample() + "stage-steam --install-dir " + Quote(Game.generic_string()));
+    EXPECT_EQ(Staged.ExitCode, 0) << Staged.Out << Staged.Err;
+    EXPECT_TRUE(fs::is_regular_file(Game / "Kelvor/Content/CustomMaps/SVR_Harbour/Harbour.umap")) << Staged.Out;
 }
 
 TEST_F(MaptornCli, RefusedInputExitsNonZeroAndChangesNothingOnDisk)
@@ -129,6 +140,9 @@ TEST_F(MaptornCli, RefusedInputExitsNonZeroAndChangesNothingOnDisk)
         {"plugin create 12 --type vehicle", 2, "use map, mod or gamemode"},
         {"plugin create abc --type map", 2, "mod id must be the number"},
         {"plugin create 12", 2, "--type is required"},
+        {"map set", 2, "Say what to set"},
+        {"map set --map Harbour", 2, "is not an object path"},
+        {"map set --map /Game/CustomMaps/SVR_Harbour/Harbour.Harbour", 1, "no map definition yet"},
     };
     ExpectRefusedWithoutChanges(Cases);
 }

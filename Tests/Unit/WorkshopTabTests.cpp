@@ -27,11 +27,11 @@ protected:
 };
 }
 
-TEST_F(WorkshopTabs, TheStripHoldsTheFourPagesInOrder)
+TEST_F(WorkshopTabs, TheStripHoldsTheFivePagesInOrder)
 {
-    ASSERT_EQ(Tabs.size(), 4u);
-    const char* Labels[] = {"Account", "Create Mod", "Upload Mod", "Download Source Plugin"};
-    for (int32 Index = 0; Index < 4; ++Index)
+    ASSERT_EQ(Tabs.size(), 5u);
+    const char* Labels[] = {"Account", "Create Mod", "Upload Mod", "Download Source Plugin", "Steam Workshop"};
+    for (int32 Index = 0; Index < 5; ++Index)
     {
         EXPECT_EQ(Tabs[Index].Label, Labels[Index]);
         EXPECT_EQ(Tabs[Index].TabIndex, Index);

@@ -60,6 +60,10 @@ int main(int argc, char** argv)
 	Options.StandinBinary = MAPTORN_STANDIN_PATH;
 	Options.ModioBaseUrl = Sandbox.GetBaseUrl();
 	Options.ModioApiKey = ApiKey;
+	// The game as Steam installs it, for the Steam Workshop page's stage.
+	const fs::path GameInstall = Root / "SteamLibrary/steamapps/common/Kelvor";
+	fs::create_directories(GameInstall);
+	Options.GameInstallDir = GameInstall.string();
 	FStandInEditor Editor;
 	if (!Editor.Start(Options, Error))
 	{
@@ -118,10 +122,34 @@ int main(int argc, char** argv)
 	}
 	Show(Window, "Download Source Plugin page, after \"Add to Project\" on Crate Kit");
 
+	// The project's own map: its definition from the Steam Workshop page, its level linked in the
+	// definition's details, the depot build's manifest, then the map staged into the game install.
+	const size_t BoxesBefore = SurfaceTestState::Get().MessageBoxes.size();
+	if (!Steps.OpenPage("Steam Workshop") || !Window.Type("Map Name", "Old Harbour") || !Steps.Press("Create Map Definition"))
+	{
+		return Fail(Steps, "create the project map");
+	}
+	FWidgetDriver Details = Editor.OpenAssetDetails("/Game/CustomMaps/SVR_Old_Harbour/definition.definition");
+	if (!Details.Type("Map", "/Game/CustomMaps/SVR_Old_Harbour/Harbour.Harbour", true) || !Details.Click("Save"))
+	{
+		std::fprintf(stderr, "editor-demo: linking the map failed: %s\n", Details.LastFailure().c_str());
+		return 1;
+	}
+	std::printf("\n=== The definition's details panel, after linking the map ===\n%s", Details.PrintTree().c_str());
+	if (!Window.Toggle("Android") || !Window.Type("Steam change note", "First build") || !Steps.Press("Deploy Platform Builds")
+		|| !Steps.Press("Stage Map", 60.0) || !Editor.RunUntil([&] { return SurfaceTestState::Get().MessageBoxes.size() >= BoxesBefore + 2; }, 60.0))
+	{
+		return Fail(Steps, "deploy and stage the project map");
+	}
+	Show(Window, "Steam Workshop page, after \"Deploy Platform Builds\" and \"Stage Map\"");
+
 	std::printf("\n=== Files in the project's Plugins folder ===\n");
 	ListFiles(fs::path(Editor.Layout().ProjectDir) / "Plugins", Editor.Layout().ProjectDir);
 	std::printf("\n=== Files staged into %s ===\n", StageDir.string().c_str());
 	ListFiles(StageDir, StageDir);
+	std::printf("\n=== The depot build and the map staged into %s ===\n", GameInstall.string().c_str());
+	ListFiles(fs::path(Editor.Layout().ProjectDir) / "Saved/Cooked/Depot", Editor.Layout().ProjectDir);
+	ListFiles(GameInstall, GameInstall);
 	std::printf("\n=== Mod files on mod.io ===\n");
 	for (const Maptorn::Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
 	{

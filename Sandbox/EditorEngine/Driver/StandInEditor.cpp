@@ -116,6 +116,11 @@ int32 FStandInEditor::Exit()
 	return Shutdowns;
 }
 
+FWidgetDriver FStandInEditor::OpenAssetDetails(const std::string& ObjectPath)
+{
+	return FWidgetDriver(SurfaceEditor::OpenAssetDetails(MaptornString::ToFString(ObjectPath)));
+}
+
 void FStandInEditor::Frame()
 {
 	const auto Now = std::chrono::steady_clock::now();

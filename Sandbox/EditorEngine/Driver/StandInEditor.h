@@ -54,6 +54,9 @@ public:
 
 	// The open tab, as a person sees it.
 	FWidgetDriver& Window() { return Driver; }
+	// The details panel of an asset (ObjectPath "/Game/Folder/definition.definition"), opened as from the
+	// content browser; a driver that finds nothing when no such asset is loaded.
+	FWidgetDriver OpenAssetDetails(const std::string& ObjectPath);
 	const Maptorn::Sample::FSampleLayout& Layout() const { return SampleLayout; }
 	const std::string& LoginFile() const { return StoredLoginFile; }
 

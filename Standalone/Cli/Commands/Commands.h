@@ -41,6 +41,12 @@ struct FPluginSetRequest
     std::optional<std::string> GameLogic;  // game modes: the game-logic class
 };
 
+struct FMapSetRequest
+{
+    std::optional<std::string> Map;        // the project map's Windows map, an object path
+    std::optional<std::string> QuestMap;   // its Android/Quest map
+};
+
 struct FCreateRequest
 {
     std::string Name;
@@ -66,6 +72,7 @@ int RunEnv(const FCommandContext& Context);
 int RunMapCreate(const FCommandContext& Context, const std::string& MapId, const std::string& MapName);
 int RunPluginCreate(const FCommandContext& Context, const std::string& ModId, const std::string& TypeWord);
 int RunPluginSet(const FCommandContext& Context, const FPluginSetRequest& Request);
+int RunMapSet(const FCommandContext& Context, const FMapSetRequest& Request);
 int RunCook(const FCommandContext& Context, const FCookRequest& Request);
 int RunPak(const FCommandContext& Context, const std::string& ModId, const std::string& PlatformName, const std::string& OutputDirectory);
 int RunPackage(const FCommandContext& Context, const FPackageRequest& Request);

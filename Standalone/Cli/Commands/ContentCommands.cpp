@@ -6,6 +6,7 @@
 #include "Modio/ModioInterface.h"
 
 #include <cctype>
+#include <optional>
 #include <ostream>
 
 namespace Maptorn::Cli
@@ -27,6 +28,19 @@ bool IsPlainId(const std::string& Id, bool bDigitsOnly)
         }
     }
     return true;
+}
+
+// Why a map given on the command line is not an object path (empty clears the link), naming Example.
+std::optional<std::string> RefuseMapPaths(const std::optional<std::string>& Map, const std::optional<std::string>& QuestMap, const std::string& Example)
+{
+    for (const std::optional<std::string>* Path : {&Map, &QuestMap})
+    {
+        if (*Path && !Path->value().empty() && (Path->value().front() != '/' || Path->value().find('.') == std::string::npos))
+        {
+            return "\"" + Path->value() + "\" is not an object path; write it like " + Example + ".";
+        }
+    }
+    return std::nullopt;
 }
 }
 
@@ -62,6 +76,37 @@ int RunMapCreate(const FCommandContext& Context, const std::string& MapId, const
     }
     Context.Out << "Created map definition SVR_" << MapId << " (\"" << SVR.MapName << "\")\n";
     Context.Out << "  definition: " << Written.front() << "\n";
+    return ExitSuccess;
+}
+
+int RunMapSet(const FCommandContext& Context, const FMapSetRequest& Request)
+{
+    if (!Request.Map && !Request.QuestMap)
+    {
+        return Fail(Context, ExitBadInput, "Say what to set: --map and/or --quest-map.");
+    }
+    if (const std::optional<std::string> Refusal = RefuseMapPaths(Request.Map, Request.QuestMap, "/Game/CustomMaps/SVR_Harbour/Harbour.Harbour"))
+    {
+        return Fail(Context, ExitBadInput, *Refusal);
+    }
+    std::string Error;
+    std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);
+    if (!Host)
+    {
+        return Fail(Context, ExitNoEnvironment, Error);
+    }
+    const std::shared_ptr<FKelvorDefinition> Definition = FSVRInterface(Host->Platform).GetMapDefinition();
+    if (!Definition)
+    {
+        return Fail(Context, ExitFailed, "The project has no map definition yet: create one with `maptorn map create <id> --name <name>`.");
+    }
+    Definition->Map = Request.Map.value_or(Definition->Map);
+    Definition->VeskoMap = Request.QuestMap.value_or(Definition->VeskoMap);
+    if (!Host->Definitions.SavePackage(*Definition))
+    {
+        return Fail(Context, ExitFailed, "The definition could not be saved; check that the project's Content folder is writable.");
+    }
+    Context.Out << "Definition of " << Definition->Label << ":\n  map:        " << Definition->Map << "\n  quest map:  " << Definition->VeskoMap << "\n";
     return ExitSuccess;
 }
 
@@ -114,12 +159,9 @@ int RunPluginSet(const FCommandContext& Context, const FPluginSetRequest& Reques
     {
         return Fail(Context, ExitBadInput, "Say what to set: --map, --quest-map and/or --game-logic.");
     }
-    for (const std::optional<std::string>* Path : {&Request.Map, &Request.QuestMap})
+    if (const std::optional<std::string> Refusal = RefuseMapPaths(Request.Map, Request.QuestMap, "/UGC" + Request.ModId + "/Maps/Arena.Arena"))
     {
-        if (*Path && !Path->value().empty() && (Path->value().front() != '/' || Path->value().find('.') == std::string::npos))
-        {
-            return Fail(Context, ExitBadInput, "\"" + Path->value() + "\" is not an object path; write it like /UGC" + Request.ModId + "/Maps/Arena.Arena.");
-        }
+        return Fail(Context, ExitBadInput, *Refusal);
     }
     std::string Error;
     std::unique_ptr<FStandaloneHost> Host = FStandaloneHost::Create(Context, false, Error);

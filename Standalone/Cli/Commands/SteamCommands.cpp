@@ -85,11 +85,11 @@ int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir)
         return Fail(Context, ExitFailed, "The stage did not start; the lines above say why.");
     }
     Run->TickUntil([&Run] { return !Run->Module->bBusy; });
-    if (Run->RecentMessage("Please specify a map in the Definition file!") || Run->RecentMessage("Cooked content is needed for staging!"))
+    if (Run->Host->Dialogs.GetLastMessageBoxText() != "Staged map")
     {
         return Fail(Context, ExitFailed, "The stage did not finish; the lines above say why.");
     }
-    Context.Out << "Cooked " << ProjectMapLabel(*Run) << " for the Steam game in " << InstallDir << "\n";
+    Context.Out << "Staged " << ProjectMapLabel(*Run) << " into " << InstallDir << "/Kelvor/Content\n";
     return ExitSuccess;
 }
 }

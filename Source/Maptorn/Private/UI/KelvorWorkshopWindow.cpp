@@ -68,6 +68,7 @@ void SKelvorWorkshopWindow::Construct(const FArguments& /*InArgs*/)
 				+ SWidgetSwitcher::Slot()[MakeCreatePage()]
 				+ SWidgetSwitcher::Slot()[MakeUploadPage()]
 				+ SWidgetSwitcher::Slot()[MakeBrowserPage()]
+				+ SWidgetSwitcher::Slot()[MakeSteamPage()]
 			]
 		]
 	];

@@ -9,7 +9,7 @@ class SScrollBox;
 class SEditableTextBox;
 template <typename OptionType> class SComboBox;
 
-// The "Kelvor Workshop" tab: header, tab strip and the four pages. Every value it shows and
+// The "Kelvor Workshop" tab: header, tab strip and the five pages. Every value it shows and
 // every action it takes goes through the core's FWorkshopController; the widget only converts
 // between the toolkit's types and the controller's plain ones.
 class SKelvorWorkshopWindow : public SCompoundWidget
@@ -27,6 +27,7 @@ private:
 	TSharedRef<SWidget> MakeCreatePage();
 	TSharedRef<SWidget> MakeUploadPage();
 	TSharedRef<SWidget> MakeBrowserPage();
+	TSharedRef<SWidget> MakeSteamPage();
 	TSharedRef<SWidget> MakeHeading(const FText& Text) const;
 
 	void RebuildUploadRows();

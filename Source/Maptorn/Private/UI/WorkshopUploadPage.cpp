@@ -121,10 +121,6 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeUploadPage()
 					SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetStageDirText()); })
 				]
 			]
-			+ SVerticalBox::Slot().AutoHeight().Padding(4, 0)
-			[
-				SNew(STextBlock).Text_Lambda([this] { return ToText(Controller->GetInstallDirText()); })
-			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[
 				SNew(SVerticalBox)

@@ -32,6 +32,12 @@ bool WriteManifest(FMaptornModule& Module, const FKelvorDefinition& Definition, 
     }
     Module.bBusy = false;
     Platform.Dialogs.MessageBox(EAppMsgType::Ok, "Successfully built!", "Kelvor Build");
+    // No Steam upload follows here (the depot goes up with Steam's own tools): once the modder has
+    // read the message the build is handed over, and the window's pages come back.
+    if (Module.SteamUGC)
+    {
+        Module.SteamUGC->bUploadInProgress = false;
+    }
     return true;
 }
 
@@ -67,8 +73,12 @@ bool CookPlatform(FMaptornModule& Module, const FKelvorDefinition* Definition, b
 
 bool RunWorkshopDeploy(FMaptornModule& Module)
 {
+    return RunWorkshopDeploy(Module, Module.SVR ? Module.SVR->GetMapDefinition() : nullptr);
+}
+
+bool RunWorkshopDeploy(FMaptornModule& Module, const std::shared_ptr<const FKelvorDefinition>& Definition)
+{
     FMaptornPlatform& Platform = Module.GetPlatform();
-    const std::shared_ptr<FKelvorDefinition> Definition = Module.SVR ? Module.SVR->GetMapDefinition() : nullptr;
     const std::string Label = Definition ? Definition->Label : std::string();
 
     const std::string DepotFolder = Paths::Combine(ProjectEnvironment::GetDepotDirectory(Platform.Engine), Label);

@@ -49,6 +49,11 @@ std::string GetWorkshopDirectory(IMaptornEngine& Engine)
     return Paths::Combine(AbsoluteSavedDir(Engine), "Cooked", "Workshop");
 }
 
+std::string GetCookedDirectory(IMaptornEngine& Engine, const std::string& Platform)
+{
+    return Paths::Combine(AbsoluteSavedDir(Engine), "Cooked", Platform);
+}
+
 std::string GetProjectEngineSettingsPath(IMaptornEngine& Engine)
 {
     return Paths::ConvertRelativePathToFull(Engine.GetBaseDir(), Paths::Combine(Engine.ProjectConfigDir(), "DefaultEngine.ini"));

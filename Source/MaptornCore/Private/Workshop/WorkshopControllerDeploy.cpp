@@ -1,8 +1,8 @@
-// The Steam Workshop side of the window: the project map's name, the change note, the deploy
-// platforms, and the stage and deploy tasks that run on a worker while the module is busy.
+// The Steam Workshop side of the window: the project map's name and its creation, the change note,
+// the deploy platforms, and the stage and deploy tasks that run on a worker while the module is busy.
 #include "Workshop/WorkshopController.h"
 
-#include "Build/Cooker.h"
+#include "Build/SteamStage.h"
 #include "Build/WorkshopDeploy.h"
 #include "Common/StringUtil.h"
 #include "Module/MaptornModule.h"
@@ -22,27 +22,26 @@ void SetDeployPlatform(bool FMaptornModule::*Choice, ECheckBoxState State, const
     }
 }
 
-// The worker side of the Steam stage: cooks the project map for Windows, the only client the
-// Steam game runs. Every exit clears bBusy.
-void RunSteamStage(FMaptornModule& Module)
+// A new project map's id is its name: the folder (SVR_<id>) then reads as the map it holds. The
+// kept name is already a valid file name without blanks or dots; these are the characters a
+// package path refuses besides.
+std::string MakeMapId(const std::string& MapName)
 {
-    FMaptornPlatform& Platform = Module.GetPlatform();
-    const std::shared_ptr<FKelvorDefinition> Definition = Module.SVR ? Module.SVR->GetMapDefinition() : nullptr;
-    const std::string MapUrl = Definition && !Definition->Map.empty() ? GetLongPackageName(Definition->Map) : std::string();
-    if (MapUrl.empty())
+    std::string Id = MapName;
+    for (char& C : Id)
     {
-        Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Please specify a map in the Definition file!");
-    }
-    else
-    {
-        FCooker Cooker(Platform);
-        Cooker.WriteBuildMarker(true);
-        if (!Cooker.CookMap(MapUrl, true))
+        if (C == '\'' || C == ',' || C == '!' || C == '~' || C == '\t' || C == '\r' || C == '\n')
         {
-            Platform.Log.Log(LogCategory::MaptornLog, ELogVerbosity::Error, "Cooked content is needed for staging!");
+            C = '_';
         }
     }
-    Module.bBusy = false;
+    return Id;
+}
+
+// The worker gets its own copy: the window reloads the definition every frame on the game thread.
+std::shared_ptr<const FKelvorDefinition> WorkerCopy(const FKelvorDefinition& Definition)
+{
+    return std::make_shared<const FKelvorDefinition>(Definition);
 }
 }
 
@@ -55,9 +54,30 @@ void FWorkshopController::OnMapNameTextChanged(const std::string& Text)
     }
 }
 
+bool FWorkshopController::CreateMapDefinitionClicked()
+{
+    FMaptornModule* Module = WorkshopSupport::FindModule();
+    if (!Module || !Module->SVR || Module->bBusy)
+    {
+        return true;
+    }
+    FSVRInterface& SVR = *Module->SVR;
+    if (!SVR.CreateMapDefinition(MakeMapId(SVR.MapName)))
+    {
+        return true;
+    }
+    // Saved at once, as a new UGC plug-in's definition is: the page's next steps read it from the project.
+    const std::shared_ptr<FKelvorDefinition> Definition = SVR.GetMapDefinition();
+    if (!Definition || !Module->GetPlatform().Definitions.SavePackage(*Definition))
+    {
+        WorkshopSupport::LogWindow(ELogVerbosity::Error, "Cannot save the Definition file, check your folder permissions");
+    }
+    return true;
+}
+
 void FWorkshopController::OnNotesTextChanged(const std::string& Text)
 {
-    // The note box is only shown with a Steam deploy object; without one there is nowhere to keep it.
+    // The note box is only enabled with a Steam deploy object; without one there is nowhere to keep it.
     FMaptornModule* Module = WorkshopSupport::FindModule();
     if (Module && Module->SteamUGC)
     {
@@ -97,8 +117,10 @@ bool FWorkshopController::StageButtonClicked()
         WorkshopSupport::LogWindow(ELogVerbosity::Error, "Cannot stage Android only mods, must have a valid UGC/have steam running to stage");
         return true;
     }
+    const std::shared_ptr<FKelvorDefinition> Definition = Module->SVR ? Module->SVR->GetMapDefinition() : nullptr;
+    std::shared_ptr<const FKelvorDefinition> Copy = Definition ? WorkerCopy(*Definition) : nullptr;
     Module->bBusy = true;
-    Module->GetPlatform().Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask, [Module] { RunSteamStage(*Module); });
+    Module->GetPlatform().Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask, [Module, Copy] { RunSteamStage(*Module, Copy); });
     return true;
 }
 
@@ -115,7 +137,8 @@ bool FWorkshopController::SubmitVeskoClicked()
         Platform.Dialogs.MessageBox(EAppMsgType::Ok, "You can't deploy Steam UGC as server maps!", "Kelvor Build");
         return true;
     }
-    if (!Module->SVR->GetMapDefinition())
+    const std::shared_ptr<FKelvorDefinition> Definition = Module->SVR->GetMapDefinition();
+    if (!Definition)
     {
         static constexpr const char* NoDefinition = "You need to create a definition before you can deploy!";
         Platform.Dialogs.MessageBox(EAppMsgType::Ok, NoDefinition, "Kelvor Build");
@@ -128,9 +151,10 @@ bool FWorkshopController::SubmitVeskoClicked()
         WorkshopSupport::LogWindow(ELogVerbosity::Error, "Busy! can't deploy at this time");
         return true;
     }
+    std::shared_ptr<const FKelvorDefinition> Copy = WorkerCopy(*Definition);
     Module->bBusy = true;
     // The deploy clears bBusy on every exit.
-    Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask, [Module] { RunWorkshopDeploy(*Module); });
+    Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask, [Module, Copy] { RunWorkshopDeploy(*Module, Copy); });
     return true;
 }
 }

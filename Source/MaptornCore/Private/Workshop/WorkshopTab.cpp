@@ -22,6 +22,6 @@ EVisibility FWorkshopTab::GetActiveVisibility() const
 
 std::vector<FWorkshopTab> MakeWorkshopTabs()
 {
-    return {{"Account", 0}, {"Create Mod", 1}, {"Upload Mod", 2}, {"Download Source Plugin", 3}};
+    return {{"Account", 0}, {"Create Mod", 1}, {"Upload Mod", 2}, {"Download Source Plugin", 3}, {"Steam Workshop", 4}};
 }
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "Common/CoreTypes.h"
+#include "Content/KelvorDefinition.h"
+
+#include <memory>
 
 namespace Maptorn
 {
@@ -11,4 +14,7 @@ class FMaptornModule;
 // a worker while the module's bBusy is set, and clears it on every exit. True when the manifest
 // was written or the platform's content cooked.
 MAPTORNCORE_API bool RunWorkshopDeploy(FMaptornModule& Module);
+// The same with the project's map definition already loaded: the window loads it on the game
+// thread, where the engine's objects may be touched, and hands it to the worker.
+MAPTORNCORE_API bool RunWorkshopDeploy(FMaptornModule& Module, const std::shared_ptr<const FKelvorDefinition>& Definition);
 }

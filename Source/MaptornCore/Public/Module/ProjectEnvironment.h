@@ -24,6 +24,8 @@ MAPTORNCORE_API std::string FindModDirectory(IMaptornEngine& Engine);
 // <absolute project Saved>/Cooked/Depot and <absolute project Saved>/Cooked/Workshop.
 MAPTORNCORE_API std::string GetDepotDirectory(IMaptornEngine& Engine);
 MAPTORNCORE_API std::string GetWorkshopDirectory(IMaptornEngine& Engine);
+// <absolute project Saved>/Cooked/<Platform>, where the editor's cook leaves a platform's packages.
+MAPTORNCORE_API std::string GetCookedDirectory(IMaptornEngine& Engine, const std::string& Platform);
 
 // The absolute path of the project's DefaultEngine.ini.
 MAPTORNCORE_API std::string GetProjectEngineSettingsPath(IMaptornEngine& Engine);

@@ -102,8 +102,6 @@ public:
     // Upload and stage page.
     std::string GetModId() const;
     std::string GetStageDirText() const;
-    // The game folder staging into the Steam game uses, or why there is none.
-    std::string GetInstallDirText() const;
     std::string GetSourceBuildText() const;
     bool CanBuildSource() const;
     EVisibility GetUploadModVisibility() const;
@@ -142,13 +140,34 @@ public:
     bool OnRefreshUploadListClicked();
     bool CanRefreshUploadList() const;
 
-    // Steam Workshop deploy (the project's own map).
+    // Steam Workshop page (the project's own map).
+    // What the map-name and change-note boxes hold: the kept map name and the Steam change note.
+    std::string GetMapNameBoxText() const;
+    std::string GetNotesBoxText() const;
+    // The project's map definition, or that there is none yet.
+    std::string GetProjectMapText() const;
+    // The maps the definition links for Windows and for Android/Quest, or that one is not linked.
+    std::string GetWindowsMapText() const;
+    std::string GetAndroidMapText() const;
+    ECheckBoxState IsWindowsDeployPlatform() const;
+    ECheckBoxState IsAndroidDeployPlatform() const;
+    // Creating is for a project without a map definition; deploying and staging need one, and staging
+    // also the game install and its Steam deploy object. None while a build task runs.
+    bool CanCreateMapDefinition() const;
+    bool CanEditNotes() const;
+    bool CanDeploy() const;
+    bool CanStage() const;
+
     void OnMapNameTextChanged(const std::string& Text);
+    // Creates the project's map definition for the typed name (its id is the name) and saves it.
+    bool CreateMapDefinitionClicked();
     void OnNotesTextChanged(const std::string& Text);
     void OnWindowsBuildPlatformsChanged(ECheckBoxState State);
     void OnAndroidBuildPlatformsChanged(ECheckBoxState State);
     bool StageButtonClicked();
     bool SubmitVeskoClicked();
+    // The game folder the Steam-side stage copies into, or why there is none.
+    std::string GetInstallDirText() const;
 
     // Source-plug-in browser.
     std::string GetPageStatus() const;

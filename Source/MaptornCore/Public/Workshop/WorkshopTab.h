@@ -21,6 +21,7 @@ struct MAPTORNCORE_API FWorkshopTab
     EVisibility GetActiveVisibility() const;
 };
 
-// The pages in strip order: 0 "Account", 1 "Create Mod", 2 "Upload Mod", 3 "Download Source Plugin".
+// The pages in strip order: 0 "Account", 1 "Create Mod", 2 "Upload Mod", 3 "Download Source Plugin",
+// 4 "Steam Workshop" (the project's own map).
 MAPTORNCORE_API std::vector<FWorkshopTab> MakeWorkshopTabs();
 }
