@@ -19,6 +19,14 @@ FWorkshopNotifications::FWorkshopNotifications(IMaptornNotifications* InHost, FM
 FWorkshopNotifications::~FWorkshopNotifications()
 {
     Client.OnWorkFinished.Remove(WorkFinishedHandle);
+    // Work cut short by the module going away would otherwise leave its throbber turning.
+    for (const FToast* Toast : {&UploadToast, &DownloadToast})
+    {
+        if (Toast->bShown)
+        {
+            Host->FinishNotification(Toast->Handle, Toast->Text, false);
+        }
+    }
 }
 
 void FWorkshopNotifications::Tick(bool bPackaging)
