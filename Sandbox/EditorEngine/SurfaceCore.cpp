@@ -2,6 +2,7 @@
 // formatting, logging, configuration, modules, message boxes, processes, the game thread's queue.
 
 #include "EditorEngine/SurfaceTestState.h"
+#include "EditorEngine/Slate/SurfaceNotifications.h"
 
 #include "Async/Async.h"
 #include "CoreGlobals.h"

@@ -15,6 +15,8 @@ namespace Maptorn
 class FStandaloneEngine;
 }
 
+class SStandInNotificationItem;
+
 // The stand-in editor's state: the paths the engine would answer, the project it has open, the log,
 // message boxes and the answers a person gives to dialogs, and the game thread's queue of posted work.
 namespace SurfaceTestState
@@ -52,6 +54,8 @@ struct FState
 	std::deque<std::optional<std::string>> FileAnswers;
 	std::vector<std::string> SavedPackages;
 	std::vector<std::string> LaunchedUrls;
+	// Every toast raised, oldest first, faded ones included.
+	std::vector<TSharedRef<SStandInNotificationItem>> Notifications;
 };
 
 // One state for the process; Reset puts it back as a fresh editor would start.

@@ -143,6 +143,13 @@ int main(int argc, char** argv)
 	}
 	Show(Window, "Steam Workshop page, after \"Deploy Platform Builds\" and \"Stage Map\"");
 
+	std::printf("\n=== The editor's toasts, oldest first ===\n");
+	for (const FNotificationView& Toast : Window.Notifications())
+	{
+		const char* States[] = {"", "running", "done", "failed"};
+		std::printf("  [%s] %s\n", States[Toast.State], Toast.Text.c_str());
+	}
+
 	std::printf("\n=== Files in the project's Plugins folder ===\n");
 	ListFiles(fs::path(Editor.Layout().ProjectDir) / "Plugins", Editor.Layout().ProjectDir);
 	std::printf("\n=== Files staged into %s ===\n", StageDir.string().c_str());

@@ -1,5 +1,7 @@
 #include "EditorEngine/Driver/WidgetDriver.h"
 
+#include "EditorEngine/Slate/SurfaceNotifications.h"
+#include "EditorEngine/SurfaceTestState.h"
 #include "Platform/StringConversion.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/Images/SImage.h"
@@ -404,7 +406,30 @@ std::optional<float> FWidgetDriver::Progress() const
 	return std::nullopt;
 }
 
+std::vector<FNotificationView> FWidgetDriver::Notifications() const
+{
+	std::vector<FNotificationView> Views;
+	for (const TSharedRef<SStandInNotificationItem>& Item : SurfaceTestState::Get().Notifications)
+	{
+		Views.push_back(FNotificationView{Item->GetText(), Item->GetCompletionState(), Item->IsFading()});
+	}
+	return Views;
+}
+
 std::vector<std::vector<std::string>> FWidgetDriver::Rows(const std::string& RowType) const
+{
+	return RowsOf(RowType, [](const SWidget& Widget) { return WidgetIsA(Widget, "SImage") ? std::string() : WidgetTextOf(Widget); });
+}
+
+std::vector<std::vector<std::string>> FWidgetDriver::RowImages(const std::string& RowType) const
+{
+	return RowsOf(RowType, [](const SWidget& Widget) {
+		const FSlateBrush* Brush = WidgetIsA(Widget, "SImage") ? static_cast<const SImage&>(Widget).GetImage() : nullptr;
+		return Brush ? ToStd(Brush->GetResourceName().ToString()) : std::string();
+	});
+}
+
+std::vector<std::vector<std::string>> FWidgetDriver::RowsOf(const std::string& RowType, const std::function<std::string(const SWidget&)>& Read) const
 {
 	std::vector<std::vector<std::string>> Rows;
 	const std::vector<FNode> Nodes = Walk();
@@ -417,10 +442,9 @@ std::vector<std::vector<std::string>> FWidgetDriver::Rows(const std::string& Row
 		std::vector<std::string> Texts;
 		for (int32 Inner = Index + 1; Inner < static_cast<int32>(Nodes.size()) && IsInside(Nodes, Inner, Index); ++Inner)
 		{
-			const SWidget& Widget = *Nodes[static_cast<size_t>(Inner)].Widget;
-			if (!WidgetIsA(Widget, "SImage") && !WidgetTextOf(Widget).empty())
+			if (std::string Text = Read(*Nodes[static_cast<size_t>(Inner)].Widget); !Text.empty())
 			{
-				Texts.push_back(WidgetTextOf(Widget));
+				Texts.push_back(std::move(Text));
 			}
 		}
 		Rows.push_back(std::move(Texts));

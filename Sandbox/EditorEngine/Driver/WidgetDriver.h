@@ -6,12 +6,21 @@
 
 #include "CoreMinimal.h"
 #include "Styling/SlateTypes.h"
+#include "Widgets/Notifications/SNotificationList.h"
 #include "Widgets/SWidget.h"
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+// One toast in the corner of the editor, as it shows now.
+struct FNotificationView
+{
+	std::string Text;
+	SNotificationItem::ECompletionState State = SNotificationItem::CS_None;
+	bool bFading = false;
+};
 
 class FWidgetDriver
 {
@@ -38,6 +47,10 @@ public:
 	std::optional<float> Progress() const;
 	// The rows of a list, each as the texts it shows: the widgets whose type is RowType.
 	std::vector<std::vector<std::string>> Rows(const std::string& RowType) const;
+	// The image files each row shows, as their full paths.
+	std::vector<std::vector<std::string>> RowImages(const std::string& RowType) const;
+	// Every toast the editor raised since it started, oldest first, faded ones included.
+	std::vector<FNotificationView> Notifications() const;
 
 	// Presses the shown, enabled button labelled Label; there must be exactly one.
 	bool Click(const std::string& Label);
@@ -67,6 +80,8 @@ private:
 	};
 	std::vector<FNode> Walk() const;
 	bool IsInside(const std::vector<FNode>& Nodes, int32 Index, int32 Ancestor) const;
+	// What Read finds in each widget of each row of type RowType, the empty answers left out.
+	std::vector<std::vector<std::string>> RowsOf(const std::string& RowType, const std::function<std::string(const SWidget&)>& Read) const;
 	// From Anchor's node up, the nearest group that holds a node matching Match: the first such after
 	// the anchor in reading order, or else the first in the group.
 	int32 FindNear(const std::vector<FNode>& Nodes, int32 Anchor, const std::function<bool(const FNode&)>& Match) const;

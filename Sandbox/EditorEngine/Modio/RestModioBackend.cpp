@@ -6,6 +6,8 @@
 #include "Platform/StandaloneTasks.h"
 #include "Platform/StringConversion.h"
 
+#include "Common/FileHelper.h"
+#include "Common/Paths.h"
 #include "Modio/ModioRequests.h"
 
 #include <nlohmann/json.hpp>
@@ -116,6 +118,31 @@ FModioModInfo ReadModObject(const nlohmann::json& Object)
 	return ToPlugin(Mod);
 }
 
+// The member of a mod object's "logo" that holds the size asked for.
+const char* LogoKey(EModioLogoSize Size)
+{
+	switch (Size)
+	{
+	case EModioLogoSize::Thumb320: return "thumb_320x180";
+	case EModioLogoSize::Thumb640: return "thumb_640x360";
+	case EModioLogoSize::Thumb1280: return "thumb_1280x720";
+	case EModioLogoSize::Original: return "original";
+	}
+	return "original";
+}
+
+void AnswerMedia(const FOnGetMediaDelegateFast& Callback, const std::string& ImagePath)
+{
+	FModioImageWrapper Image;
+	Image.ImagePath = ToFString(ImagePath);
+	Callback.ExecuteIfBound(FModioErrorCode(), TOptional<FModioImageWrapper>(Image));
+}
+
+void FailMedia(const FOnGetMediaDelegateFast& Callback, const std::string& Why)
+{
+	Callback.ExecuteIfBound(FModioErrorCode(Modio::ErrorCode{20489, Why}), TOptional<FModioImageWrapper>());
+}
+
 Maptorn::FOnErrorOnlyDelegate ErrorOnly(FOnErrorOnlyDelegateFast Callback)
 {
 	return [Callback](Maptorn::FModioErrorCode Error) { Callback.ExecuteIfBound(ToPlugin(Error)); };
@@ -124,6 +151,7 @@ Maptorn::FOnErrorOnlyDelegate ErrorOnly(FOnErrorOnlyDelegateFast Callback)
 
 FRestModioBackend::FRestModioBackend(std::string InBaseUrl, std::string StoredLoginFile)
 	: BaseUrl(std::move(InBaseUrl))
+	, CacheDir(Maptorn::Paths::Combine(Maptorn::Paths::GetPath(StoredLoginFile), "cache"))
 	, Tasks(std::make_unique<Maptorn::FStandaloneTasks>(1))
 	, Http(std::make_unique<Maptorn::FCurlHttp>(*Tasks))
 	, Session(std::make_unique<Maptorn::FRestModioSession>(*Http, std::move(StoredLoginFile)))
@@ -144,6 +172,7 @@ void FRestModioBackend::InitializeAsync(const FModioInitializeOptions& Options, 
 	GameId = FCString::Atoi64(*Options.GameId.ToString());
 	CoreOptions.GameId = GameId;
 	CoreOptions.ApiKey = ToStd(Options.ApiKey.ToString());
+	ApiKey = CoreOptions.ApiKey;
 	CoreOptions.Environment = Options.GameEnvironment == EModioEnvironment::Live ? Maptorn::EModioEnvironment::Live : Maptorn::EModioEnvironment::Test;
 	CoreOptions.BaseUrl = BaseUrl;
 	Session->InitializeAsync(CoreOptions, ErrorOnly(OnInitComplete));
@@ -285,5 +314,63 @@ void FRestModioBackend::ListUserCreatedModsAsync(FModioFilterParams /*Filter*/, 
 		Tasks->AsyncTask(Maptorn::ENamedThreads::GameThread, [Callback] {
 			Callback.ExecuteIfBound(FModioErrorCode(Modio::ErrorCode{20489, "The request could not be sent"}), TOptional<FModioModInfoList>());
 		});
+	}
+}
+
+void FRestModioBackend::GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback)
+{
+	const Maptorn::FModioModID Mod = ToCore(ModId);
+	const std::string Origin = Maptorn::ModioRest::ResolveBaseUrl(BaseUrl, GameId);
+	Maptorn::FHttpRequestPtr Request = Http->CreateRequest();
+	Request->SetVerb("GET");
+	Request->SetURL(Origin + "/v1/games/" + std::to_string(GameId) + "/mods/" + std::to_string(Mod) + "?api_key=" + ApiKey);
+	Request->SetHeader("Accept", "application/json");
+	const std::string Key = LogoKey(LogoSize);
+	const std::string Folder = Maptorn::Paths::Combine(CacheDir, "mods", std::to_string(Mod), Key);
+	Request->OnProcessRequestComplete() = [this, Callback, Key, Folder](Maptorn::FHttpRequestPtr, Maptorn::FHttpResponsePtr Response, bool bConnected) {
+		const bool bAnswered = bConnected && Response && Response->GetResponseCode() == 200;
+		const nlohmann::json Object = bAnswered ? nlohmann::json::parse(Response->GetContentAsString(), nullptr, false) : nlohmann::json();
+		const nlohmann::json* Logo = Object.is_object() && Object.contains("logo") && Object["logo"].is_object() ? &Object["logo"] : nullptr;
+		const std::string Url = Logo ? Logo->value(Key, std::string()) : std::string();
+		if (Url.empty())
+		{
+			FailMedia(Callback, "The mod's logo could not be found");
+			return;
+		}
+		const std::string CacheFile = Maptorn::Paths::Combine(Folder, Maptorn::Paths::GetCleanFilename(Url));
+		if (Maptorn::FileSystem::FileExists(CacheFile))
+		{
+			AnswerMedia(Callback, CacheFile);
+			return;
+		}
+		DownloadLogo(Url, CacheFile, Callback);
+	};
+	if (!Request->ProcessRequest())
+	{
+		Tasks->AsyncTask(Maptorn::ENamedThreads::GameThread, [Callback] { FailMedia(Callback, "The request could not be sent"); });
+	}
+}
+
+void FRestModioBackend::DownloadLogo(const std::string& Url, const std::string& CacheFile, FOnGetMediaDelegateFast Callback)
+{
+	// Written beside its place and moved in once whole, so a cut download never passes for the logo.
+	const std::string Partial = CacheFile + ".part";
+	Maptorn::FileSystem::CreateDirectoryTree(Maptorn::Paths::GetPath(CacheFile));
+	Maptorn::FHttpRequestPtr Request = Http->CreateRequest();
+	Request->SetVerb("GET");
+	Request->SetURL(Url);
+	Request->SetResponseBodyFile(Partial, false);
+	Request->OnProcessRequestComplete() = [Callback, CacheFile, Partial](Maptorn::FHttpRequestPtr, Maptorn::FHttpResponsePtr Response, bool bConnected) {
+		if (!bConnected || !Response || Response->GetResponseCode() != 200 || !Maptorn::FileSystem::MoveFile(Partial, CacheFile))
+		{
+			Maptorn::FileSystem::DeleteFile(Partial);
+			FailMedia(Callback, "The mod's logo could not be downloaded");
+			return;
+		}
+		AnswerMedia(Callback, CacheFile);
+	};
+	if (!Request->ProcessRequest())
+	{
+		Tasks->AsyncTask(Maptorn::ENamedThreads::GameThread, [Callback] { FailMedia(Callback, "The request could not be sent"); });
 	}
 }

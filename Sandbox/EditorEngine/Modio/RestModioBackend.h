@@ -40,14 +40,21 @@ public:
 	void ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback) override;
 	// The user's mods from /v1/me/mods with the session's token, as the plug-in lists them.
 	void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback) override;
+	// The mod's logo as mod.io lists it, downloaded into the plug-in's cache beside the stored login
+	// (a file already there is answered as it is).
+	void GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback) override;
 
 	// How often the plug-in was asked to shut down since it was made.
 	int32 GetShutdownCount() const { return ShutdownCount; }
 
 private:
+	void DownloadLogo(const std::string& Url, const std::string& CacheFile, FOnGetMediaDelegateFast Callback);
+
 	int32 ShutdownCount = 0;
 	std::string BaseUrl;
+	std::string CacheDir;
 	int64 GameId = 0;
+	std::string ApiKey;
 	std::unique_ptr<Maptorn::FStandaloneTasks> Tasks;
 	std::unique_ptr<Maptorn::FCurlHttp> Http;
 	std::unique_ptr<Maptorn::FRestModioSession> Session;

@@ -58,6 +58,7 @@ public:
 	virtual void VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback) = 0;
 	virtual void ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback) = 0;
 	virtual void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback) = 0;
+	virtual void GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback) = 0;
 };
 
 // GEngine of the stand-in editor and the engine subsystems it holds.

@@ -256,3 +256,8 @@ void UModioSubsystem::ListUserCreatedModsAsync(FModioFilterParams Filter, FOnLis
 {
 	Backend().ListUserCreatedModsAsync(Filter, Callback);
 }
+
+void UModioSubsystem::GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback)
+{
+	Backend().GetModMediaAsync(ModId, LogoSize, Callback);
+}

@@ -6,6 +6,7 @@
 #include "Platform/EngineHttp.h"
 #include "Platform/EngineLog.h"
 #include "Platform/EngineModioSession.h"
+#include "Platform/EngineNotifications.h"
 #include "Platform/EngineProcesses.h"
 #include "Platform/EngineServices.h"
 #include "Platform/EngineTasks.h"
@@ -94,8 +95,9 @@ void FMaptornModule::StartupModule()
 	Http = MakeUnique<FEngineHttp>();
 	Archive = MakeUnique<FEngineArchive>();
 	ModioSession = MakeUnique<FEngineModioSession>();
+	Notifications = MakeUnique<FEngineNotifications>();
 	Platform = TUniquePtr<Maptorn::FMaptornPlatform>(new Maptorn::FMaptornPlatform{
-		*Log, *Dialogs, *Engine, *Definitions, *Processes, *Tasks, *Http, *Archive, ModioSession.Get()});
+		*Log, *Dialogs, *Engine, *Definitions, *Processes, *Tasks, *Http, *Archive, ModioSession.Get(), Notifications.Get()});
 
 	Core = TUniquePtr<Maptorn::FMaptornModule>(Maptorn::InitializeModule(*Platform, MaptornModuleSettings::ReadModuleConfig()).release());
 	// The log line, steam_appid.txt and the members; the window's style set and tab; then the

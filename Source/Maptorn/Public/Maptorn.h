@@ -11,6 +11,7 @@ class FEngineDialogs;
 class FEngineHttp;
 class FEngineLog;
 class FEngineModioSession;
+class FEngineNotifications;
 class FEngineProcesses;
 class FEngineServices;
 class FEngineTasks;
@@ -62,6 +63,7 @@ private:
 	TUniquePtr<FEngineHttp> Http;
 	TUniquePtr<FEngineArchive> Archive;
 	TUniquePtr<FEngineModioSession> ModioSession;
+	TUniquePtr<FEngineNotifications> Notifications;
 	TUniquePtr<Maptorn::FMaptornPlatform> Platform;
 	TUniquePtr<Maptorn::FMaptornModule> Core;
 

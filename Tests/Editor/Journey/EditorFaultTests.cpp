@@ -74,6 +74,11 @@ TEST_F(EditorJourney, AnUploadTheServiceRefusesEndsWithTheEditorsMessageAndTheBu
 	EXPECT_EQ(MessageBoxes().back().Text, "ERROR: Failed to upload mod, check output log for details");
 	EXPECT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Select Mod").value_or(false); })) << Window().PrintTree();
 	EXPECT_TRUE(Window().ShowsContaining("Upload Mod"));
+	// The upload's own toast ends in the failure and fades; no second one is raised.
+	ASSERT_EQ(Window().Notifications().size(), 1u);
+	EXPECT_EQ(Window().Notifications()[0].Text, "Refused Tower: ERROR: Failed to upload mod, check output log for details");
+	EXPECT_EQ(Window().Notifications()[0].State, SNotificationItem::CS_Fail);
+	EXPECT_TRUE(Window().Notifications()[0].bFading);
 }
 
 TEST_F(EditorJourney, ADownloadCutShortEveryTimeInstallsNothingAndSaysSo)
@@ -90,6 +95,9 @@ TEST_F(EditorJourney, ADownloadCutShortEveryTimeInstallsNothingAndSaysSo)
 	ASSERT_TRUE(WaitFor([this] { return Window().IsButtonEnabled("Add to Project").value_or(false); }, 30.0)) << Window().PrintTree();
 	EXPECT_TRUE(Window().Shows("Crate Kit was not added to the project: its download failed (the output log says why)")) << Window().PrintTree();
 	EXPECT_TRUE(Window().Shows("Status: Not Installed"));
+	ASSERT_EQ(Window().Notifications().size(), 1u);
+	EXPECT_EQ(Window().Notifications()[0].Text, "Crate Kit was not added to the project: its download failed (the output log says why)");
+	EXPECT_EQ(Window().Notifications()[0].State, SNotificationItem::CS_Fail);
 	for (const fs::directory_entry& Entry : fs::directory_iterator(ProjectDir() + "Plugins"))
 	{
 		EXPECT_EQ(Entry.path().filename().string().rfind("UGC", 0), std::string::npos) << "nothing half-installed: " << Entry.path();

@@ -4,6 +4,7 @@
 #include "Journey/EditorJourneyFixture.h"
 
 #include <algorithm>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -22,6 +23,12 @@ std::vector<std::string> UgcPlugins(const std::string& ProjectDir)
 		}
 	}
 	return Ids;
+}
+
+std::string ReadFile(const std::string& Path)
+{
+	std::ifstream File(Path, std::ios::binary);
+	return std::string(std::istreambuf_iterator<char>(File), {});
 }
 
 std::vector<std::string> Tags(const nlohmann::json& Mod)
@@ -47,6 +54,13 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	EXPECT_TRUE(fs::exists(ProjectDir() + "Plugins/UGC" + ModId + "/UGC" + ModId + ".uplugin"));
 	ASSERT_TRUE(OpenPage("Upload Mod"));
 	EXPECT_TRUE(WaitForText("Signal Tower", 1.0)) << Window().PrintTree();
+	// The row shows the mod's logo as the mod.io plug-in downloaded it, not the default one.
+	const std::string CachedLogo = Editor.Layout().UserSettingsDir + "mod.io/cache/mods/" + ModId + "/thumb_320x180/KelvorThumbnail.jpg";
+	EXPECT_TRUE(WaitFor([&] {
+		const auto Images = Window().RowImages("SKelvorWorkshopUploadEntry");
+		return !Images.empty() && std::find(Images[0].begin(), Images[0].end(), CachedLogo) != Images[0].end();
+	})) << Window().PrintTree();
+	EXPECT_EQ(ReadFile(CachedLogo), ReadFile(std::string(MAPTORN_RESOURCES_DIR) + "KelvorThumbnail.jpg"));
 
 	const nlohmann::json Mod = ServiceGet("/v1/games/1/mods/" + ModId);
 	EXPECT_EQ(Mod.value("name", ""), "Signal Tower");
@@ -65,11 +79,19 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	ASSERT_TRUE(Window().Type("Change note", "First release"));
 	ASSERT_TRUE(PressNear("Change note", "Upload Mod")) << Window().LastFailure();
 	std::vector<std::string> ProgressTexts;
+	std::vector<std::string> ToastTexts;
 	ASSERT_TRUE(WaitFor([&] {
 		const std::string Text = Window().TextStartingWith("Uploading ");
 		if (!Text.empty() && (ProgressTexts.empty() || ProgressTexts.back() != Text))
 		{
 			ProgressTexts.push_back(Text);
+		}
+		for (const FNotificationView& Toast : Window().Notifications())
+		{
+			if (ToastTexts.empty() || ToastTexts.back() != Toast.Text)
+			{
+				ToastTexts.push_back(Toast.Text);
+			}
 		}
 		return !MessageBoxes().empty();
 	}, 120.0)) << Window().PrintTree();
@@ -77,6 +99,14 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	// Five files go up one after the other, and the progress line counts them.
 	ASSERT_FALSE(ProgressTexts.empty()) << "the progress line showed";
 	EXPECT_EQ(ProgressTexts.back().rfind("Uploading 5/5", 0), 0u) << ProgressTexts.back();
+	// One toast follows the whole upload, from packaging to the last file, and ends as it ended.
+	ASSERT_EQ(Window().Notifications().size(), 1u);
+	EXPECT_EQ(Window().Notifications()[0].Text, "Signal Tower: Upload Complete");
+	EXPECT_EQ(Window().Notifications()[0].State, SNotificationItem::CS_Success);
+	EXPECT_TRUE(Window().Notifications()[0].bFading);
+	EXPECT_EQ(ToastTexts.front(), "Signal Tower: Packaging...");
+	EXPECT_NE(std::find_if(ToastTexts.begin(), ToastTexts.end(), [](const std::string& Text) { return Text.rfind("Signal Tower: Uploading 5/5", 0) == 0; }),
+		ToastTexts.end()) << ToastTexts.back();
 
 	const nlohmann::json Files = ServiceGet("/v1/games/1/mods/" + ModId + "/files");
 	std::vector<std::string> Platforms;
@@ -111,6 +141,8 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	EXPECT_TRUE(WaitFor([&] { return !fs::is_empty(StageDir) && Window().IsButtonEnabled("Stage Mod").value_or(false); }, 60.0))
 		<< Window().PrintTree();
 	EXPECT_TRUE(Window().IsButtonEnabled("Select Mod").value_or(false)) << "the rows are usable again";
+	EXPECT_EQ(Window().Notifications().back().Text, "Signal Tower: Staged mod");
+	EXPECT_EQ(Window().Notifications().back().State, SNotificationItem::CS_Success);
 	for (const Maptorn::Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
 	{
 		EXPECT_FALSE(Request.Method != "GET" && Request.Path.find("/files") != std::string::npos) << "staging never uploads: " << Request.Path;

@@ -212,3 +212,11 @@ void FRecordingModioBackend::ListUserCreatedModsAsync(FModioFilterParams /*Filte
 		Callback.ExecuteIfBound(Result, Result ? TOptional<FModioModInfoList>() : TOptional<FModioModInfoList>(Mods));
 	});
 }
+
+void FRecordingModioBackend::GetModMediaAsync(FModioModID /*ModId*/, EModioLogoSize /*LogoSize*/, FOnGetMediaDelegateFast Callback)
+{
+	Record("GetModMediaAsync");
+	Queue([Callback] {
+		Callback.ExecuteIfBound(FModioErrorCode(Modio::ErrorCode{21506, "Mod media could not be found"}), TOptional<FModioImageWrapper>());
+	});
+}

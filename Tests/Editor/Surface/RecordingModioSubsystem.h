@@ -32,6 +32,8 @@ public:
 	void VerifyUserAuthenticationAsync(FOnErrorOnlyDelegateFast Callback) override;
 	void ClearUserDataAsync(FOnErrorOnlyDelegateFast Callback) override;
 	void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback) override;
+	// The recording plug-in has no media: every logo is missing.
+	void GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback) override;
 };
 
 namespace RecordingModio

@@ -10,6 +10,7 @@
 #include "Types/ModioEditModParams.h"
 #include "Types/ModioErrorCode.h"
 #include "Types/ModioFilterParams.h"
+#include "Types/ModioImageWrapper.h"
 #include "Types/ModioInitializeOptions.h"
 #include "Types/ModioModCreationHandle.h"
 #include "Types/ModioModInfo.h"
@@ -24,6 +25,7 @@ DECLARE_DELEGATE_OneParam(FOnModManagementDelegateFast, FModioModManagementEvent
 DECLARE_DELEGATE_TwoParams(FOnGetModInfoDelegateFast, FModioErrorCode, TOptional<FModioModInfo>);
 DECLARE_DELEGATE_TwoParams(FOnSubmitNewModDelegateFast, FModioErrorCode, TOptional<FModioModID>);
 DECLARE_DELEGATE_TwoParams(FOnListUserCreatedModsDelegateFast, FModioErrorCode, TOptional<FModioModInfoList>);
+DECLARE_DELEGATE_TwoParams(FOnGetMediaDelegateFast, FModioErrorCode, TOptional<FModioImageWrapper>);
 
 // Every completion runs inside RunPendingHandlers, which the host calls every frame, also while
 // InitializeAsync and ShutdownAsync run.
@@ -54,4 +56,7 @@ public:
 
 	// The mods the logged-in user submitted or is a team member of, for the current game.
 	MODIO_API void ListUserCreatedModsAsync(FModioFilterParams Filter, FOnListUserCreatedModsDelegateFast Callback);
+
+	// Downloads the mod's logo into the plug-in's cache, or answers the file already there.
+	MODIO_API void GetModMediaAsync(FModioModID ModId, EModioLogoSize LogoSize, FOnGetMediaDelegateFast Callback);
 };

@@ -205,6 +205,29 @@ bool FEngineModioSession::ListUserCreatedModsAsync(Maptorn::FOnListUserCreatedMo
 	return true;
 }
 
+bool FEngineModioSession::GetModLogoAsync(Maptorn::FModioModID Mod, Maptorn::FOnGetModLogoDelegate Callback)
+{
+	UModioSubsystem* Subsystem = FindSubsystem();
+	if (!Subsystem)
+	{
+		return false;
+	}
+	Subsystem->GetModMediaAsync(FModioModID(Mod), EModioLogoSize::Thumb320, FOnGetMediaDelegateFast::CreateLambda(
+		[Alive = std::weak_ptr<bool>(Lifetime), Callback = std::move(Callback)](FModioErrorCode Result, TOptional<FModioImageWrapper> Image) {
+			if (Alive.expired() || !Callback)
+			{
+				return;
+			}
+			std::optional<std::string> Path;
+			if (!Result && Image.IsSet())
+			{
+				Path = MaptornString::ToStd(Image.GetValue().ImagePath);
+			}
+			Callback(ToCore(Result), std::move(Path));
+		}));
+	return true;
+}
+
 Maptorn::FModioModCreationHandle FEngineModioSession::GetModCreationHandle()
 {
 	const Maptorn::FModioModCreationHandle Handle{++LastCreationHandle};

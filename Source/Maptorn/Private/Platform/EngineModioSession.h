@@ -38,6 +38,8 @@ public:
 	// ListUserCreatedModsAsync instead.
 	std::string GetAuthTokenAsString() override;
 	bool ListUserCreatedModsAsync(Maptorn::FOnListUserCreatedModsDelegate Callback) override;
+	// The plug-in's media call at the size the rows show (320x180).
+	bool GetModLogoAsync(Maptorn::FModioModID Mod, Maptorn::FOnGetModLogoDelegate Callback) override;
 
 	Maptorn::FModioModCreationHandle GetModCreationHandle() override;
 	void SubmitNewModAsync(Maptorn::FModioModCreationHandle Handle, const Maptorn::FModioCreateModParams& Params,

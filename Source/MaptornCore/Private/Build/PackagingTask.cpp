@@ -127,14 +127,15 @@ const char* FPackager::PackageChosenPlatforms()
     return nullptr;
 }
 
-void FPackager::RunPackagingTask(std::function<void()> OnComplete, std::function<void()> OnFailed)
+void FPackager::RunPackagingTask(std::function<void()> OnComplete, FOnPackagingFailed OnFailed)
 {
     if (const char* Failure = PackageChosenPlatforms())
     {
         FailPackaging(Failure);
         if (OnFailed)
         {
-            Platform.Tasks.AsyncTask(ENamedThreads::GameThread, std::move(OnFailed));
+            Platform.Tasks.AsyncTask(ENamedThreads::GameThread,
+                [OnFailed = std::move(OnFailed), Message = std::string(Failure)] { OnFailed(Message); });
         }
         return;
     }
@@ -142,7 +143,7 @@ void FPackager::RunPackagingTask(std::function<void()> OnComplete, std::function
 }
 
 void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy, std::function<void()> OnComplete,
-    std::function<void()> OnFailed)
+    FPackager::FOnPackagingFailed OnFailed)
 {
     auto Packager = std::make_shared<FPackager>(Platform, Client, bBusy);
     Platform.Tasks.AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask,

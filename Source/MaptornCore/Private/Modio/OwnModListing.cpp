@@ -8,7 +8,8 @@ namespace Maptorn
 {
 namespace
 {
-// A listed mod as the mod object of a mod.io answer, so that one reader makes every record.
+// A listed mod as the mod object of a mod.io answer, so that one reader makes every record. The
+// plug-in's mod profile carries no platform list, so own mods listed this way show no platform badge.
 nlohmann::json ModObjectOf(const FModioModInfo& Mod)
 {
     nlohmann::json Tags = nlohmann::json::array();
@@ -66,6 +67,7 @@ void FModioInterface::OnOwnModsListed(const FModioErrorCode& ErrorCode, const st
             KeepOwnMod(ReadSourceModInfo(Platform, *this, ModObjectOf(Mod)));
         }
     }
+    FetchOwnModLogos();
     OnUploadListUpdated.Broadcast();
 }
 }

@@ -72,6 +72,7 @@ void FModioInterface::OnOwnModsAnswer(FHttpResponsePtr Response, bool bConnected
             KeepOwnMod(ReadSourceModInfo(Platform, *this, ModObject));
         }
     }
+    FetchOwnModLogos();
     OnUploadListUpdated.Broadcast();
 }
 

@@ -89,13 +89,16 @@ void FModioInterface::UploadMod(const std::string& ModId)
     const FSourceModInfo* Row = FindOwnMod(ModId);
     if (!Row)
     {
-        LogTemp(Printf("Cannot find mod %s", ModId.c_str()), ELogVerbosity::Error);
+        const std::string Message = Printf("Cannot find mod %s", ModId.c_str());
+        LogTemp(Message, ELogVerbosity::Error);
+        FinishUploadWork(ModId, false, Message);
         return;
     }
     const auto Owned = OwnModVersions.find(ModId);
     if (Owned == OwnModVersions.end())
     {
         LogTemp("Cannot upload a mod unless you own it", ELogVerbosity::Error);
+        FinishUploadWork(ModId, false, "Cannot upload a mod unless you own it");
         return;
     }
     const int32 NewVersion = Owned->second + 1;
@@ -108,6 +111,7 @@ void FModioInterface::UploadMod(const std::string& ModId)
         {
             LogTemp(Problem->LogText, ELogVerbosity::Error);
         }
+        FinishUploadWork(ModId, false, Problem->MessageBoxText);
         return;
     }
     // The stamp stays even when the upload fails later: the next try counts on from it.
@@ -142,12 +146,13 @@ void FModioInterface::UploadMod(const std::string& ModId)
                 OnPackagingComplete();
             }
         },
-        [this, Alive] {
+        [this, Alive](const std::string& Message) {
             if (!Alive.expired())
             {
                 // The packaging step has shown its message; nothing is uploaded.
                 bIsModioBusy = false;
                 bIsUploading = false;
+                FinishUploadWork(UploadModId, false, Message);
             }
         });
 }
@@ -161,6 +166,7 @@ void FModioInterface::OnPackagingComplete()
         bIsModioBusy = false;
         bIsUploading = false;
         Platform.Dialogs.MessageBox(EAppMsgType::Ok, "Staged mod", "Staging");
+        FinishUploadWork(UploadModId, true, "Staged mod");
         return;
     }
     StepsTotal = static_cast<int32>(PendingPlatforms.size());
@@ -171,6 +177,7 @@ void FModioInterface::OnPackagingComplete()
         LogTemp("Nothing to upload: no platform was packaged", ELogVerbosity::Warning);
         bIsModioBusy = false;
         bIsUploading = false;
+        FinishUploadWork(UploadModId, false, "Nothing to upload: no platform was packaged");
         return;
     }
     CurrentPlatform = PendingPlatforms.front().first;
@@ -246,6 +253,7 @@ void FModioInterface::OnModManagementEvent(const FModioModManagementEvent& Event
     bIsModioBusy = false;
     bIsUploading = false;
     PendingPlatforms.clear();
+    FinishUploadWork(UploadModId, false, "ERROR: Failed to upload mod, check output log for details");
 }
 
 void FModioInterface::FinishPlatform()
@@ -268,5 +276,11 @@ void FModioInterface::FinishPlatform()
     Platform.Dialogs.MessageBox(EAppMsgType::Ok, "Upload Complete", "Upload");
     bIsModioBusy = false;
     bIsUploading = false;
+    FinishUploadWork(UploadModId, true, "Upload Complete");
+}
+
+void FModioInterface::FinishUploadWork(const std::string& ModId, bool bSucceeded, const std::string& Message)
+{
+    OnWorkFinished.Broadcast(FWorkshopWorkEnd{bStageOnly ? EWorkshopWork::Stage : EWorkshopWork::Upload, ModId, bSucceeded, Message});
 }
 }

@@ -2,6 +2,7 @@
 
 #include "Common/FileHelper.h"
 #include "Module/ProjectEnvironment.h"
+#include "Workshop/WorkshopNotifications.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -67,6 +68,7 @@ void FMaptornModule::StartupModule(const std::function<void()>& RegisterWindow)
     SVR = std::make_unique<FSVRInterface>(Platform);
 
     ModioClient = std::make_unique<FModioInterface>(Platform, Config);
+    WorkNotifications = std::make_unique<FWorkshopNotifications>(Platform.Notifications, *ModioClient);
     ModioClient->InitializeSession();
 
     ModioClient->ModDirectory = ProjectEnvironment::FindModDirectory(Platform.Engine);
@@ -80,6 +82,7 @@ void FMaptornModule::ShutdownModule()
 
     SVR.reset();
     SteamUGC.reset();
+    WorkNotifications.reset();
     if (ModioClient)
     {
         ModioClient->Shutdown();

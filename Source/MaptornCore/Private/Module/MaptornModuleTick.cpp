@@ -4,6 +4,7 @@
 #include "Content/ModDefinitions.h"
 #include "Modio/ModioSdkTypes.h"
 #include "Modio/SourceModReader.h"
+#include "Workshop/WorkshopNotifications.h"
 
 #include <cmath>
 
@@ -25,6 +26,11 @@ void FMaptornModule::Tick(float DeltaTime)
     TickPlatformUploadCountdown(DeltaTime);
     TickOwnModRefresh(DeltaTime);
     TickSourcePluginDownload();
+    if (WorkNotifications)
+    {
+        // Packaging shares the module's busy flag.
+        WorkNotifications->Tick(bBusy);
+    }
 }
 
 void FMaptornModule::TickUploadProgress()
@@ -88,15 +94,18 @@ void FMaptornModule::TickSourcePluginDownload()
     }
     // Remembered by id, so that whichever catalogue page shows the mod later shows it installed.
     FSourceModInfo* Record = Client.FindCatalogueRecord(Client.ActiveDownload->ModId);
-    if (State == EPluginDownloadState::Complete)
+    const std::string Name = Record ? Record->Name : MakeUGCPluginName(Client.ActiveDownload->ModId);
+    FWorkshopWorkEnd End{EWorkshopWork::Download, Client.ActiveDownload->ModId, State == EPluginDownloadState::Complete, {}};
+    if (End.bSucceeded)
     {
         Client.FinishedDownloads[Client.ActiveDownload->ModId] = Client.ActiveDownload->Version;
         Client.LastDownloadError.clear();
+        End.Message = Printf("%s was added to the project: restart the editor to load it", Name.c_str());
     }
     else
     {
-        const std::string Name = Record ? Record->Name : MakeUGCPluginName(Client.ActiveDownload->ModId);
         Client.LastDownloadError = Printf("%s was not added to the project: its download failed (the output log says why)", Name.c_str());
+        End.Message = Client.LastDownloadError;
     }
     if (Record)
     {
@@ -115,6 +124,7 @@ void FMaptornModule::TickSourcePluginDownload()
     }
     Client.OnSourceModListUpdated.Broadcast(true, Client.LastSourceModList);
     Client.ActiveDownload.reset();
+    Client.OnWorkFinished.Broadcast(End);
 
     if (!Client.DownloadQueue.empty())
     {

@@ -2,7 +2,6 @@
 // download progress, and the browser's page line.
 #include "Workshop/WorkshopController.h"
 
-#include "Common/ByteFormat.h"
 #include "Common/StringUtil.h"
 #include "Modio/ModioInterface.h"
 #include "Module/MaptornModule.h"
@@ -63,9 +62,7 @@ std::string FWorkshopController::GetBuildProgressText() const
     {
         return "Packaging...";
     }
-    const int32 Step = Client->StepOffset - Client->StepsQueued + Client->StepsTotal + 1;
-    return Printf("%s %d/%d - %d%%", Client->bCompressing ? "Compressing" : "Uploading", Step, Client->StepsTotal,
-        WorkshopSupport::WholePercent(Client->UploadProgress));
+    return WorkshopSupport::UploadProgressText(*Client);
 }
 
 EVisibility FWorkshopController::GetModDownloadVisibility() const
@@ -87,19 +84,7 @@ std::string FWorkshopController::GetDownloadProgressText() const
     {
         return {};
     }
-    const std::shared_ptr<FPluginModDownload>& Download = Client->ActiveDownload;
-    if (!Download)
-    {
-        return "Finishing up...";
-    }
-    int64 Received = 0;
-    int64 Total = 0;
-    Download->GetProgressBytes(Received, Total);
-    const std::string Size = Printf("%s/%s", FormatFileSize(Received).c_str(), FormatFileSize(Total).c_str());
-    // The running download counts itself among the remaining ones.
-    const int32 Remaining = Client->DownloadsRemaining + 1;
-    return Printf("Downloading %s - %s %d%% - %d Mods Remaining", Download->ModName.empty() ? "None" : Download->ModName.c_str(),
-        Size.c_str(), WorkshopSupport::WholePercent(Download->GetProgress()), Remaining);
+    return Client->ActiveDownload ? WorkshopSupport::DownloadProgressText(*Client) : "Finishing up...";
 }
 
 std::string FWorkshopController::GetPageStatus() const

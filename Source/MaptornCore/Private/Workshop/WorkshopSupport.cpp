@@ -1,5 +1,6 @@
 #include "WorkshopSupport.h"
 
+#include "Common/ByteFormat.h"
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
 #include "Platform/EnginePort.h"
@@ -60,6 +61,26 @@ std::string TruncateCharacters(const std::string& Utf8Text, std::size_t MaxChara
 int32 WholePercent(float Fraction)
 {
     return static_cast<int32>(std::floor(static_cast<double>(Fraction) * 100.0 + 1e-4));
+}
+
+std::string UploadProgressText(const FModioInterface& Client)
+{
+    const int32 Step = Client.StepOffset - Client.StepsQueued + Client.StepsTotal + 1;
+    return Printf("%s %d/%d - %d%%", Client.bCompressing ? "Compressing" : "Uploading", Step, Client.StepsTotal,
+        WholePercent(Client.UploadProgress));
+}
+
+std::string DownloadProgressText(const FModioInterface& Client)
+{
+    const FPluginModDownload& Download = *Client.ActiveDownload;
+    int64 Received = 0;
+    int64 Total = 0;
+    Download.GetProgressBytes(Received, Total);
+    const std::string Size = Printf("%s/%s", FormatFileSize(Received).c_str(), FormatFileSize(Total).c_str());
+    // The running download counts itself among the remaining ones.
+    const int32 Remaining = Client.DownloadsRemaining + 1;
+    return Printf("Downloading %s - %s %d%% - %d Mods Remaining", Download.ModName.empty() ? "None" : Download.ModName.c_str(),
+        Size.c_str(), WholePercent(Download.GetProgress()), Remaining);
 }
 
 void LogWindow(ELogVerbosity Verbosity, const std::string& Message)

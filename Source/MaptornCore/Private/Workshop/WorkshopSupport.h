@@ -34,6 +34,12 @@ std::string TruncateCharacters(const std::string& Utf8Text, std::size_t MaxChara
 // which a float cannot hold exactly, so 0.29 must not show as 28.
 int32 WholePercent(float Fraction);
 
+// The running upload's progress line: "Uploading 2/5 - 40%" (or "Compressing …").
+std::string UploadProgressText(const FModioInterface& Client);
+// The active download's progress line, with its size and the downloads still queued; the client
+// must have an active download.
+std::string DownloadProgressText(const FModioInterface& Client);
+
 // A line of the window in MaptornLog; dropped while no module is loaded.
 void LogWindow(ELogVerbosity Verbosity, const std::string& Message);
 

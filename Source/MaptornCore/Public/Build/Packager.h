@@ -27,9 +27,12 @@ public:
     // could not be started; a non-zero exit code is logged and still counts as packaged.
     bool Package(uint8 Target);
 
+    // Given the message the modder was shown.
+    using FOnPackagingFailed = std::function<void(const std::string& Message)>;
+
     // The platforms the user ticked, in a fixed order; posts OnComplete to the game thread when
     // every step succeeded, OnFailed after a failed step.
-    void RunPackagingTask(std::function<void()> OnComplete, std::function<void()> OnFailed = {});
+    void RunPackagingTask(std::function<void()> OnComplete, FOnPackagingFailed OnFailed = {});
 
 private:
     // The message of the first failed step, or null.
@@ -50,5 +53,5 @@ private:
 
 // Starts the packaging task on a background worker (call it on the game thread).
 void StartPackagingTask(FMaptornPlatform& Platform, FModioInterface& Client, std::atomic<bool>& bBusy,
-    std::function<void()> OnComplete, std::function<void()> OnFailed = {});
+    std::function<void()> OnComplete, FPackager::FOnPackagingFailed OnFailed = {});
 }

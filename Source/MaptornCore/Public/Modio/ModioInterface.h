@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,6 +27,24 @@ namespace Maptorn
 // A decimal mod id as the SDK's 64-bit id, read as the engine's ParseInt64 does (optional sign,
 // digits, nothing else); empty when it is not a number.
 MAPTORNCORE_API std::optional<int64> ParseModId(const std::string& ModId);
+
+// The long work the workshop runs for the modder.
+enum class EWorkshopWork : uint8
+{
+    Upload,
+    Stage,
+    Download,
+};
+
+// How one piece of work ended: for which mod, and the words the modder was told (the message
+// box's, or the page's for a download).
+struct MAPTORNCORE_API FWorkshopWorkEnd
+{
+    EWorkshopWork Work = EWorkshopWork::Upload;
+    std::string ModId;
+    bool bSucceeded = false;
+    std::string Message;
+};
 
 // The mod.io side of the workshop: the session and login, the create-page fields, the user's own
 // mods, the upload queue, the source-plug-in catalogue and the downloads. Touched only on the
@@ -131,6 +150,8 @@ public:
     // version by decimal id.
     std::vector<FSourceModInfo> OwnMods;
     std::map<std::string, int32> OwnModVersions;
+    // Own mods' logos as the session's media call left them on disk, by decimal id.
+    std::map<std::string, std::string> OwnModLogos;
 
     // Upload.
     std::string SelectedModId;
@@ -182,6 +203,9 @@ public:
     TMulticastDelegate<> OnUploadListUpdated;
     // A record's logo arrived in the thumbnail cache.
     TMulticastDelegate<const FSourceModInfo&> OnSourceModImageCreated;
+    // An upload, staging or download ended, or was refused before it began; the editor's toasts
+    // follow these.
+    TMulticastDelegate<const FWorkshopWorkEnd&> OnWorkFinished;
 
 private:
     // A completion that does nothing once the client is gone (the session may outlive it).
@@ -200,6 +224,8 @@ private:
     // One line in LogTemp, where every mod.io message goes.
     void LogTemp(const std::string& Message, ELogVerbosity Verbosity = ELogVerbosity::Log) const;
     void OnPackagingComplete();
+    // Tells OnWorkFinished how the running upload (or staging) of ModId ended.
+    void FinishUploadWork(const std::string& ModId, bool bSucceeded, const std::string& Message);
     // The module's build flag, or the client's own when there is no module.
     std::atomic<bool>& BuildBusyFlag();
     std::atomic<bool> bPackagingBusy = false;
@@ -215,6 +241,11 @@ private:
     void OnOwnModsListed(const FModioErrorCode& ErrorCode, const std::optional<std::vector<FModioModInfo>>& Mods);
     // Offers one of the user's mods for upload when its plug-in exists locally.
     void KeepOwnMod(FSourceModInfo Info);
+    // Shows each own mod's logo once the session's media call has it; until then, and when it
+    // fails, the row keeps the thumbnail it has (the default logo for a mod never browsed).
+    void FetchOwnModLogos();
+    void OnOwnModLogo(const std::string& ModId, const FModioErrorCode& ErrorCode, const std::optional<std::string>& ImagePath);
+    std::set<std::string> PendingOwnModLogos;
     void OnSourceModsAnswer(FHttpResponsePtr Response, bool bConnected);
     // Empty for a 2xx answer; else what went wrong, with mod.io's message and ref.
     // FailureReason: what the transport says happened when there was no answer.

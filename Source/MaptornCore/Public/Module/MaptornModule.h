@@ -14,6 +14,8 @@
 
 namespace Maptorn
 {
+class FWorkshopNotifications;
+
 // The root object of the workshop: owns the project-map object, the Steam deploy object and the
 // mod.io client, holds the few settings the window shares, and drives the client every frame.
 // There is one at a time; FMaptornModule::Get() finds it.
@@ -58,6 +60,8 @@ public:
     std::unique_ptr<FSteamWorkshopDeploy> SteamUGC;
     std::unique_ptr<FSVRInterface> SVR;
     std::unique_ptr<FModioInterface> ModioClient;
+    // The editor's toasts of the client's uploads and downloads.
+    std::unique_ptr<FWorkshopNotifications> WorkNotifications;
     // A build, stage or deploy task runs on a worker; workers clear it, so it is atomic.
     std::atomic<bool> bBusy = false;
 

@@ -9,6 +9,7 @@
 #include "Platform/HttpPort.h"
 #include "Platform/LogPort.h"
 #include "Platform/ModioSessionPort.h"
+#include "Platform/NotificationsPort.h"
 #include "Platform/ProcessesPort.h"
 #include "Platform/TasksPort.h"
 
@@ -27,5 +28,7 @@ struct MAPTORNCORE_API FMaptornPlatform
     IMaptornArchive& Archive;
     // Null when the mod.io subsystem is not present; every session step is then a silent no-op.
     IModioSession* ModioSession = nullptr;
+    // Null when the host shows no toasts (the standalone tool).
+    IMaptornNotifications* Notifications = nullptr;
 };
 }

@@ -16,6 +16,8 @@ using FOnSubmitNewModDelegate = std::function<void(FModioErrorCode, std::optiona
 using FOnSubmitModChangesDelegate = std::function<void(FModioErrorCode, std::optional<FModioModInfo>)>;
 using FOnModManagementDelegate = std::function<void(FModioModManagementEvent)>;
 using FOnListUserCreatedModsDelegate = std::function<void(FModioErrorCode, std::optional<std::vector<FModioModInfo>>)>;
+// The path of the image file on disk.
+using FOnGetModLogoDelegate = std::function<void(FModioErrorCode, std::optional<std::string>)>;
 
 // Stands for the mod.io engine plug-in's subsystem. Completions are queued and run only by
 // RunPendingHandlers, which the module's tick calls, so they run on the game thread.
@@ -49,5 +51,8 @@ public:
     // Optional: the logged-in user's own mods, for a session that has no token to hand out (the
     // engine plug-in). False when the session cannot list them; the callback then never runs.
     virtual bool ListUserCreatedModsAsync(FOnListUserCreatedModsDelegate /*Callback*/) { return false; }
+    // Optional: a mod's 320x180 logo downloaded into the session's own cache (the engine plug-in's
+    // media call). False when the session has none; the callback then never runs.
+    virtual bool GetModLogoAsync(FModioModID /*Mod*/, FOnGetModLogoDelegate /*Callback*/) { return false; }
 };
 }

@@ -1,6 +1,6 @@
 #pragma once
 // Reference: modio-ue Source/Modio/Public/Types/ModioCommonTypes.h (2024 releases: EModioEnvironment, EModioLogLevel,
-// EModioModfilePlatform, FModioModID, FModioGameID, FModioApiKey, FModioEmailAddress, FModioEmailAuthCode)
+// EModioModfilePlatform, EModioLogoSize, FModioModID, FModioGameID, FModioApiKey, FModioEmailAddress, FModioEmailAuthCode)
 
 #include "CoreMinimal.h"
 #include "UObject/ObjectMacros.h"
@@ -38,6 +38,15 @@ enum class EModioModfilePlatform : uint8
 	Switch,
 	Oculus,
 	Source
+};
+
+UENUM(BlueprintType)
+enum class EModioLogoSize : uint8
+{
+	Thumb320 = 0,
+	Thumb640 = 1,
+	Thumb1280 = 2,
+	Original = 3
 };
 
 // The id's number is private in the plug-in: ToString ("InvalidModID" below 0) is the way out.
