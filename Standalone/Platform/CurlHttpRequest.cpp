@@ -48,6 +48,7 @@ void FCurlHttpRequest::SetContent(std::vector<uint8> InContent)
         Setup.Content = std::move(InContent);
         Setup.ContentFile.reset();
         Setup.ContentFileSize = 0;
+        Setup.GrowingContent.reset();
     }
 }
 
@@ -76,6 +77,26 @@ bool FCurlHttpRequest::SetContentAsStreamedFile(const std::string& FilePath)
     Setup.Content.shrink_to_fit();
     Setup.ContentFile = std::move(File);
     Setup.ContentFileSize = static_cast<int64>(Size);
+    Setup.GrowingContent.reset();
+    return true;
+}
+
+bool FCurlHttpRequest::SetContentAsGrowingFile(const std::string& FilePath, int64 Size, std::shared_ptr<FGrowingFile> Writer)
+{
+    if (bStarted || !Writer || Size < 0)
+    {
+        return false;
+    }
+    FUniqueFile File(std::fopen(FilePath.c_str(), "rb"));
+    if (!File)
+    {
+        return false;
+    }
+    Setup.Content.clear();
+    Setup.Content.shrink_to_fit();
+    Setup.ContentFile = std::move(File);
+    Setup.ContentFileSize = Size;
+    Setup.GrowingContent = std::move(Writer);
     return true;
 }
 
@@ -119,7 +140,7 @@ bool FCurlHttpRequest::ProcessRequest()
     bStarted = true;
     Status = EHttpRequestStatus::Processing;
     FCurlTransferSetup Transfer{Setup.Verb, Setup.Url, Setup.Headers, std::move(Setup.Content), std::move(Setup.ContentFile),
-        Setup.ContentFileSize, Setup.ResponseBodyFile, Setup.bAppendResponseBody, Setup.ResponseBodyDigest, Setup.StallTimeoutSeconds};
+        Setup.ContentFileSize, std::move(Setup.GrowingContent), Setup.ResponseBodyFile, Setup.bAppendResponseBody, Setup.ResponseBodyDigest, Setup.StallTimeoutSeconds};
     TransferId =
         Thread->Start(std::make_unique<FCurlTransfer>(shared_from_this(), std::move(Transfer), Thread->GetDelivery()));
     if (TransferId == 0)

@@ -27,6 +27,7 @@ public:
     void SetContent(std::vector<uint8> Content) override;
     void SetContentAsString(const std::string& Content) override;
     bool SetContentAsStreamedFile(const std::string& FilePath) override;
+    bool SetContentAsGrowingFile(const std::string& FilePath, int64 Size, std::shared_ptr<FGrowingFile> Writer) override;
     void SetResponseBodyFile(const std::string& FilePath, bool bAppend) override;
     void SetResponseBodyDigest(std::shared_ptr<FMd5> Digest) override;
     void SetTimeout(float Seconds) override;

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include <unistd.h>
+
 namespace Maptorn
 {
 namespace
@@ -193,7 +195,23 @@ size_t FCurlTransfer::ReadBody(char* Buffer, size_t Capacity)
         return 0;
     }
     size_t Read = Wanted;
-    if (Setup.ContentFile)
+    if (Setup.GrowingContent)
+    {
+        // Waits on this thread: the writer copies into the page cache far faster than a network
+        // takes the bytes, so a wait is as short as one piece of its copy.
+        if (!Setup.GrowingContent->WaitUntil(ContentOffset + 1))
+        {
+            return CURL_READFUNC_ABORT;
+        }
+        const size_t Available = static_cast<size_t>(std::min<int64>(Setup.GrowingContent->Written() - ContentOffset, static_cast<int64>(Wanted)));
+        const ssize_t Got = ::pread(fileno(Setup.ContentFile.get()), Buffer, Available, static_cast<off_t>(ContentOffset));
+        if (Got <= 0)
+        {
+            return CURL_READFUNC_ABORT;
+        }
+        Read = static_cast<size_t>(Got);
+    }
+    else if (Setup.ContentFile)
     {
         Read = std::fread(Buffer, 1, Wanted, Setup.ContentFile.get());
         if (Read == 0)

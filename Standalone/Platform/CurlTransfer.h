@@ -3,6 +3,7 @@
 #include "Common/CoreTypes.h"
 #include "Platform/CurlHttp.h"
 #include "Platform/CurlHttpHeaders.h"
+#include "Transfer/GrowingFile.h"
 
 #include <curl/curl.h>
 
@@ -33,6 +34,8 @@ struct FCurlTransferSetup
     std::vector<uint8> Content;
     FUniqueFile ContentFile;
     int64 ContentFileSize = 0;
+    // Set when ContentFile is still being written: reads wait for its writer.
+    std::shared_ptr<FGrowingFile> GrowingContent;
     std::string ResponseBodyFile;
     bool bAppendResponseBody = false;
     std::shared_ptr<FMd5> ResponseBodyDigest;

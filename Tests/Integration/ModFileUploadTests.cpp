@@ -1,14 +1,21 @@
 // Sending a mod file to the sandbox service with the uploader: part by part with its announced
 // layout, and as one form-data body streamed from the Saved folder.
 
+#include "Common/Md5.h"
+#include "Transfer/FormDataBody.h"
+#include "Transfer/GrowingFile.h"
 #include "Transfer/ModioMultipartUpload.h"
 #include "Support/SandboxFixture.h"
 
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <thread>
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -263,4 +270,80 @@ TEST_F(ModFileUpload, AMissingFileEndsTheFormDataUploadWithoutARequest)
     EXPECT_TRUE(Fakes.Log.Has("LogTemp", ELogVerbosity::Error,
         "Upload file failed to open for read, disk might be full or no-read/write permissions"));
     EXPECT_TRUE(Requests("POST", "/files").empty());
+}
+
+// A body sent while another thread still writes it: every read waits for the writer, so the
+// service stores the archive whole however slowly it is written; a writer that stops short gives
+// up the request instead of sending what is not there.
+TEST_F(ModFileUpload, ABodyStillBeingWrittenIsSentWholeOrNotAtAll)
+{
+    const std::string Archive = ZipFile("UGC1001.zip");
+    const std::string ArchiveBytes = ReadTextFile(Temp.Path() / "Files" / Archive);
+    FFormDataFields Fields;
+    Fields.Version = "3";
+    Fields.Platform = "windows";
+    Fields.bIncludeFile = true;
+    Fields.FileName = Archive;
+    const std::string Body = MakeFormDataHead(Fields) + ArchiveBytes + MakeFormDataTail();
+    const std::string BodyPath = Temp.Dir() + "growing.tmp";
+    const auto StoredFiles = [&]
+    {
+        httplib::Client Client("127.0.0.1", Sandbox.GetPort());
+        return nlohmann::json::parse(Client.Get("/v1/games/1/mods/1001/files?api_key=" + std::string(ApiKey))->body)["data"];
+    };
+
+    for (const bool bWriterFails : {false, true})
+    {
+        const std::size_t StoredBefore = StoredFiles().size();
+        WriteTextFile(BodyPath, "");
+        auto Writer = std::make_shared<FGrowingFile>();
+        FHttpRequestPtr Request = Http.CreateRequest();
+        Request->SetVerb("POST");
+        Request->SetURL(Sandbox.GetBaseUrl() + "/v1/games/1/mods/1001/files");
+        Request->SetHeader("Authorization", "Bearer " + Sandbox.IssueTokenFor("modder@example.com"));
+        Request->SetHeader("Content-Type", std::string("multipart/form-data; boundary=") + FormDataBoundary);
+        ASSERT_TRUE(Request->SetContentAsGrowingFile(BodyPath, static_cast<int64>(Body.size()), Writer));
+        std::optional<bool> bConnected;
+        int32 Status = 0;
+        Request->OnProcessRequestComplete() = [&](FHttpRequestPtr, FHttpResponsePtr Response, bool bOk)
+        {
+            bConnected = bOk;
+            Status = Response ? Response->GetResponseCode() : 0;
+        };
+        ASSERT_TRUE(Request->ProcessRequest());
+        // Three pieces with pauses between them; a failing writer stops after the first.
+        std::thread Writing([&]
+        {
+            std::ofstream File(BodyPath, std::ios::binary);
+            const std::size_t Piece = Body.size() / 3 + 1;
+            for (std::size_t Offset = 0; Offset < Body.size(); Offset += Piece)
+            {
+                const std::size_t Size = std::min(Piece, Body.size() - Offset);
+                File.write(Body.data() + Offset, static_cast<std::streamsize>(Size)).flush();
+                Writer->Advance(static_cast<int64>(Size));
+                std::this_thread::sleep_for(std::chrono::milliseconds(150));
+                if (bWriterFails)
+                {
+                    break;
+                }
+            }
+            Writer->Finish(!bWriterFails);
+        });
+        TickUntil([&] { return bConnected.has_value(); });
+        Writing.join();
+
+        const nlohmann::json Stored = StoredFiles();
+        if (bWriterFails)
+        {
+            EXPECT_FALSE(*bConnected);
+            EXPECT_EQ(Stored.size(), StoredBefore);
+        }
+        else
+        {
+            EXPECT_TRUE(*bConnected);
+            EXPECT_EQ(Status, 201);
+            ASSERT_EQ(Stored.size(), StoredBefore + 1);
+            EXPECT_EQ(Stored.back()["filehash"]["md5"], FMd5::OfText(ArchiveBytes));
+        }
+    }
 }

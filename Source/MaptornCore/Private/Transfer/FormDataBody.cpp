@@ -3,9 +3,11 @@
 #include "Common/FileHelper.h"
 #include "Common/NativePath.h"
 #include "Common/StringUtil.h"
+#include "Transfer/GrowingFile.h"
 
 #include <algorithm>
 #include <fstream>
+#include <ostream>
 
 #if defined(__linux__)
 #include <cerrno>
@@ -25,6 +27,20 @@ std::string Boundary()
 std::string TextField(const char* Name, const std::string& Value)
 {
     return Boundary() + Printf("Content-Disposition: form-data; name=\"%s\"\r\n\r\n", Name) + Value;
+}
+
+// Tells a reader of the body that Bytes more are there; a buffered stream is flushed first, so
+// the bytes are in the file when the reader is told.
+void AdvanceGrowing(FGrowingFile* Growing, int64 Bytes, std::ostream* Buffered = nullptr)
+{
+    if (Growing)
+    {
+        if (Buffered)
+        {
+            Buffered->flush();
+        }
+        Growing->Advance(Bytes);
+    }
 }
 }
 
@@ -87,7 +103,7 @@ bool WriteAll(int Fd, const char* Data, std::size_t Size)
 // (and shares the blocks where the file system can); across file systems, or on a kernel or file
 // system without copy_file_range, the bytes go through PartBuffer in pieces of ChunkSize.
 EFormDataBodyError CopyFileInto(int Source, int Body, int64 Size, std::vector<uint8>& PartBuffer, int64 ChunkSize,
-    const std::atomic<bool>* bCancelled)
+    const std::atomic<bool>* bCancelled, FGrowingFile* Growing)
 {
     int64 Copied = 0;
     bool bKernelCopy = true;
@@ -105,6 +121,7 @@ EFormDataBodyError CopyFileInto(int Source, int Body, int64 Size, std::vector<ui
             if (Moved > 0)
             {
                 Copied += Moved;
+                AdvanceGrowing(Growing, Moved);
                 continue;
             }
             if (Moved < 0 && errno == EINTR)
@@ -136,13 +153,15 @@ EFormDataBodyError CopyFileInto(int Source, int Body, int64 Size, std::vector<ui
             return EFormDataBodyError::BodyNotWritable;
         }
         Copied += Read;
+        AdvanceGrowing(Growing, Read);
     }
     return Copied == Size ? EFormDataBodyError::None : EFormDataBodyError::ShortRead;
 }
 }
 
 EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
-    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
+    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled,
+    FGrowingFile* Growing)
 {
     OutBodySize = 0;
     FDescriptor Body(::open(NativePath::FromUtf8(BodyFile).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
@@ -150,6 +169,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
     {
         return EFormDataBodyError::BodyNotWritable;
     }
+    AdvanceGrowing(Growing, static_cast<int64>(Head.size()));
     if (SourceFile)
     {
         FDescriptor Source(::open(NativePath::FromUtf8(*SourceFile).c_str(), O_RDONLY | O_CLOEXEC));
@@ -158,13 +178,18 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
         {
             return EFormDataBodyError::FileNotReadable;
         }
-        if (const EFormDataBodyError Error = CopyFileInto(Source.Value, Body.Value, FileSize, PartBuffer, ChunkSize, bCancelled);
+        if (const EFormDataBodyError Error = CopyFileInto(Source.Value, Body.Value, FileSize, PartBuffer, ChunkSize, bCancelled, Growing);
             Error != EFormDataBodyError::None)
         {
             return Error;
         }
     }
-    if (!WriteAll(Body.Value, Tail.data(), Tail.size()) || !Body.Close())
+    if (!WriteAll(Body.Value, Tail.data(), Tail.size()))
+    {
+        return EFormDataBodyError::BodyNotWritable;
+    }
+    AdvanceGrowing(Growing, static_cast<int64>(Tail.size()));
+    if (!Body.Close())
     {
         return EFormDataBodyError::BodyNotWritable;
     }
@@ -173,7 +198,8 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
 }
 #else
 EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
-    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled)
+    const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize, const std::atomic<bool>* bCancelled,
+    FGrowingFile* Growing)
 {
     OutBodySize = 0;
     std::ofstream Body(NativePath::FromUtf8(BodyFile), std::ios::binary | std::ios::trunc);
@@ -182,6 +208,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
         return EFormDataBodyError::BodyNotWritable;
     }
     Body.write(Head.data(), static_cast<std::streamsize>(Head.size()));
+    AdvanceGrowing(Growing, static_cast<int64>(Head.size()), &Body);
     if (SourceFile)
     {
         std::ifstream Source(NativePath::FromUtf8(*SourceFile), std::ios::binary);
@@ -204,6 +231,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
             const int64 Read = Source.gcount();
             Body.write(reinterpret_cast<const char*>(PartBuffer.data()), static_cast<std::streamsize>(Read));
             Copied += Read;
+            AdvanceGrowing(Growing, Read, &Body);
             if (Read != Piece)
             {
                 break;
@@ -215,6 +243,7 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
         }
     }
     Body.write(Tail.data(), static_cast<std::streamsize>(Tail.size()));
+    AdvanceGrowing(Growing, static_cast<int64>(Tail.size()), &Body);
     Body.close();
     if (!Body)
     {

@@ -11,6 +11,7 @@
 
 namespace Maptorn
 {
+class FGrowingFile;
 class IHttpRequest;
 class IHttpResponse;
 using FHttpRequestPtr = std::shared_ptr<IHttpRequest>;
@@ -60,6 +61,16 @@ public:
     virtual void SetContentAsString(const std::string& Content) = 0;
     // The body is read from the file while it is sent; false when the file cannot be opened.
     virtual bool SetContentAsStreamedFile(const std::string& FilePath) = 0;
+    // The body is read from a file another thread is still writing: Size bytes in all, each read
+    // waiting until Writer has written them; a writer that stops short ends the transfer as
+    // failed. False when the host cannot stream a growing file: the caller writes it first.
+    virtual bool SetContentAsGrowingFile(const std::string& FilePath, int64 Size, std::shared_ptr<FGrowingFile> Writer)
+    {
+        (void)FilePath;
+        (void)Size;
+        (void)Writer;
+        return false;
+    }
     // The response body goes to this file instead of memory, appended or replacing its content;
     // only a 2xx answer's body goes there (an error answer stays in memory).
     virtual void SetResponseBodyFile(const std::string& FilePath, bool bAppend) = 0;

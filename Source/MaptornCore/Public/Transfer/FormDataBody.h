@@ -9,6 +9,8 @@
 
 namespace Maptorn
 {
+class FGrowingFile;
+
 // The fixed boundary of every form-data upload body.
 inline constexpr const char* FormDataBoundary = "f0Qkq8EArxUcuH62RDyzNZKjZ5uYeJu5pBH5b9lZ";
 // Files are copied into the body in pieces of at most this many bytes (one upload part).
@@ -41,9 +43,11 @@ MAPTORNCORE_API std::string MakeFormDataTail();
 // Writes Head, the bytes of SourceFile (none without one) copied through PartBuffer in pieces
 // of at most ChunkSize bytes, then Tail into BodyFile, so a large file never sits in memory whole.
 // bCancelled, when given, stops the copy between pieces. OutBodySize is the body file's size.
+// Growing, when given, hears of every write, so the body can be sent while it is written; the
+// caller tells it the end.
 MAPTORNCORE_API EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optional<std::string>& SourceFile, const std::string& Tail,
     const std::string& BodyFile, std::vector<uint8>& PartBuffer, int64& OutBodySize, int64 ChunkSize,
-    const std::atomic<bool>* bCancelled = nullptr);
+    const std::atomic<bool>* bCancelled = nullptr, FGrowingFile* Growing = nullptr);
 
 // Writes the whole body to BodyFile: head, the file copied through PartBuffer in chunks of at most
 // ChunkSize bytes, tail. OutBodySize is the body file's size.

@@ -2,6 +2,7 @@
 
 #include "Common/CoreTypes.h"
 #include "Platform/MaptornPlatform.h"
+#include "Transfer/FormDataBody.h"
 
 #include <atomic>
 #include <functional>
@@ -11,6 +12,8 @@
 
 namespace Maptorn
 {
+class FGrowingFile;
+
 // One slice of the file as announced to the service.
 struct MAPTORNCORE_API FMultipartUploadPart
 {
@@ -73,6 +76,11 @@ private:
     using FAnswerHandler = void (FModioMultipartUpload::*)(FHttpResponsePtr Response, bool bConnected);
 
     void Dispatch(const FHttpRequestPtr& Request, FAnswerHandler Handler);
+    bool PrepareFormDataBodyPath(std::string& OutPath);
+    FFormDataFields FormDataFields(bool bIncludeFile) const;
+    void LogFormDataBodyError(EFormDataBodyError Error);
+    bool SendFormDataWhileWriting();
+    void PrepareFormDataRequest(const FHttpRequestPtr& Request, int64 BodySize);
     void OnFormDataAnswer(FHttpResponsePtr Response, bool bConnected);
     void OnCreateAnswer(FHttpResponsePtr Response, bool bConnected);
     void BuildParts();
@@ -89,5 +97,8 @@ private:
     std::string BaseUrl;
     int64 GameId = 0;
     bool bStarted = false;
+    // The body being written while it is sent, and why its writing stopped, if it did.
+    std::shared_ptr<FGrowingFile> BodyWriter;
+    std::atomic<EFormDataBodyError> BodyWriteError = EFormDataBodyError::None;
 };
 }
