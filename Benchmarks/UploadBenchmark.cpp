@@ -1,5 +1,5 @@
 // Times FModioMultipartUpload::SendFormData adding a mod file on the sandbox (the form-data body
-// written to Saved/modio_upload.tmp, then streamed from there) against `curl -F` posting the same
+// written to Saved/modio_upload.tmp and streamed from there as it grows) against `curl -F` posting the same
 // file to the same endpoint, and reports the peak resident memory of this process, which is the
 // client's: the sandbox runs as its own process.
 //
@@ -36,15 +36,9 @@ const std::string FileName = "UGCBench.zip";
 
 using FClock = std::chrono::steady_clock;
 
-struct FUploadTimes
-{
-    double Total = -1.0;    // from SendFormData until the service's answer
-    double Sending = -1.0;  // from the body being written until the answer
-};
-
 struct FTimings
 {
-    std::vector<double> OursTotal, OursSending, Curl;
+    std::vector<double> Ours, Curl;
 };
 
 double Seconds(FClock::time_point From, FClock::time_point To)
@@ -65,7 +59,8 @@ void DropStoredCopies(const std::string& SandboxDir)
     }
 }
 
-FUploadTimes TimeOurUpload(FBenchPlatform& Bench, const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& Folder)
+// From SendFormData until the service's answer, body file included; negative when refused.
+double TimeOurUpload(FBenchPlatform& Bench, const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& Folder)
 {
     auto Upload = std::make_shared<FModioMultipartUpload>(Bench.Platform, Sandbox.BaseUrl(), 1);
     Upload->ModId = ModId;
@@ -83,17 +78,11 @@ FUploadTimes TimeOurUpload(FBenchPlatform& Bench, const FSandboxProcess& Sandbox
         bSucceeded = bOk;
     };
     const FClock::time_point Start = FClock::now();
-    // Writes the whole body before it returns; the request is then under way.
     Upload->SendFormData(true);
-    const FClock::time_point BodyWritten = FClock::now();
     const bool bAccepted = Bench.TickUntil([&] { return bSucceeded.has_value(); }, TransferTimeoutSeconds) && *bSucceeded;
     // The uploader leaves its body behind until the next upload; nothing reads it again here.
     FileSystem::DeleteFile(Upload->FormDataBodyPath());
-    if (!bAccepted)
-    {
-        return {};
-    }
-    return { Seconds(Start, Answered), Seconds(BodyWritten, Answered) };
+    return bAccepted ? Seconds(Start, Answered) : -1.0;
 }
 
 double TimeCurlUpload(const FSandboxProcess& Sandbox, const std::string& ModId, const std::string& ZipPath)
@@ -111,7 +100,7 @@ bool Compare(const FBenchFolder& Folder, const FSandboxProcess& Sandbox, const s
     FBenchPlatform Bench(Paths::Combine(Folder.Path(), "Project"));
     for (int Run = 0; Run < Runs; ++Run)
     {
-        FUploadTimes Our;
+        double Our = -1.0;
         double OurCpu = 0.0, CurlCpu = 0.0;
         TakeTurns(
             Run,
@@ -129,16 +118,14 @@ bool Compare(const FBenchFolder& Folder, const FSandboxProcess& Sandbox, const s
                 CurlCpu = ChildrenCpuSeconds() - Before;
                 DropStoredCopies(SandboxDir);
             });
-        if (Our.Total < 0 || Out.Curl.back() < 0)
+        if (Our < 0 || Out.Curl.back() < 0)
         {
-            Failure("upload", std::string(Our.Total < 0 ? "our upload" : "curl's upload") + " was not accepted; the sandbox's last lines:\n" +
+            Failure("upload", std::string(Our < 0 ? "our upload" : "curl's upload") + " was not accepted; the sandbox's last lines:\n" +
                  Sandbox.LogTail(10));
             return false;
         }
-        Out.OursTotal.push_back(Our.Total);
-        Out.OursSending.push_back(Our.Sending);
-        std::printf("run %d: maptorn %.3f s (sending %.3f s, cpu %.2f s), curl -F %.3f s (cpu %.2f s)\n", Run + 1, Our.Total,
-                    Our.Sending, OurCpu, Out.Curl.back(), CurlCpu);
+        Out.Ours.push_back(Our);
+        std::printf("run %d: maptorn %.3f s (cpu %.2f s), curl -F %.3f s (cpu %.2f s)\n", Run + 1, Our, OurCpu, Out.Curl.back(), CurlCpu);
     }
     return true;
 }
@@ -174,14 +161,11 @@ int main(int ArgCount, char** Args)
     }
     // curl runs as a child, so the peak is this process's own: the uploader's.
     const double PeakRss = PeakRssMiB();
-    const double Total = Median(Timings.OursTotal);
-    const double Sending = Median(Timings.OursSending);
+    const double Ours = Median(Timings.Ours);
     const double Curl = Median(Timings.Curl);
-    const double Ratio = Curl / Total;
-    std::printf("upload: maptorn %.2f s (%.0f MB/s) of which sending %.2f s (%.0f MB/s), curl -F %.2f s (%.0f MB/s), ratio %.2f "
-                "(sending alone %.2f; target %.2f), peak RSS %.1f MiB (limit %.0f): %s\n",
-                Total, MegabytesPerSecond(ZipSize, Total), Sending, MegabytesPerSecond(ZipSize, Sending), Curl,
-                MegabytesPerSecond(ZipSize, Curl), Ratio, Curl / Sending, TargetRatio, PeakRss, RssLimitMiB,
+    const double Ratio = Curl / Ours;
+    std::printf("upload: maptorn %.2f s (%.0f MB/s), curl -F %.2f s (%.0f MB/s), ratio %.2f (target %.2f), peak RSS %.1f MiB (limit %.0f): %s\n",
+                Ours, MegabytesPerSecond(ZipSize, Ours), Curl, MegabytesPerSecond(ZipSize, Curl), Ratio, TargetRatio, PeakRss, RssLimitMiB,
                 Verdict(Ratio, TargetRatio, PeakRss, RssLimitMiB));
     return 0;
 }
