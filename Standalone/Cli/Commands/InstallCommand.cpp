@@ -1,12 +1,15 @@
 // `maptorn install`: a shared source plug-in fetched from the catalogue and downloaded through
-// the browser's download button, with its overwrite question, then ticked until installed.
+// the browser's download button, with its overwrite question and its dependencies (installed too
+// with --with-dependencies), then ticked until everything is installed.
 
 #include "Cli/Commands/Commands.h"
+#include "Cli/Commands/DependencyReport.h"
 #include "Cli/ProgressLine.h"
 #include "Cli/WorkshopRun.h"
 
 #include "Common/Paths.h"
 #include "Common/StringUtil.h"
+#include "Content/ModDefinitions.h"
 
 #include <nlohmann/json.hpp>
 
@@ -16,7 +19,7 @@
 
 namespace Maptorn::Cli
 {
-int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson)
+int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson, bool bWithDependencies)
 {
     if (!IsPlainModId(ModId))
     {
@@ -48,12 +51,28 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         return Fail(Context, ExitFailed, "mod.io's mod " + ModId + " has no file to download. The project's plug-ins are as they were.");
     }
 
-    // The row the user clicks in the browser.
+    // The row the user clicks in the browser; the dependency question is answered by the options.
     Client.LastSourceModList.Mods = {*Record};
+    std::optional<FDependencyResolution> Resolution;
+    Run->Controller->DependencyAnswer = [&](const FSourceModInfo&, const FDependencyResolution& Answer) {
+        Resolution = Answer;
+        return bWithDependencies;
+    };
     Run->Controller->OnDownloadSourceModClicked(*Record);
+    Run->TickUntil([&Run] { return !Run->Controller->IsCheckingDependencies(); });
     if (!Client.ActiveDownload && Client.DownloadQueue.empty())
     {
         return Fail(Context, ExitFailed, "Nothing was downloaded; your plug-in " + Record->PluginName + " is unchanged.");
+    }
+    const std::vector<FSourceModInfo> Missing = Resolution ? Resolution->Missing() : std::vector<FSourceModInfo>{};
+    if (Resolution && !bJson)
+    {
+        PrintDependencies(Context.Out, *Record, *Resolution);
+        if (!bWithDependencies && !Missing.empty())
+        {
+            Context.Out << "Only " << Record->PluginName << " is installed: run `maptorn install " << ModId
+                        << " --with-dependencies` to install what it needs too, or `maptorn install <id>` for each.\n";
+        }
     }
     // JSON output stays one document: no progress lines then.
     std::ostringstream Quiet;
@@ -64,7 +83,7 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         {
             int64 Received = 0;
             Client.ActiveDownload->GetProgressBytes(Received, Total);
-            Progress.Show("Downloading " + Record->PluginName, Client.ActiveDownload->GetProgress(), Received, Total);
+            Progress.Show("Downloading " + MakeUGCPluginName(Client.ActiveDownload->ModId), Client.ActiveDownload->GetProgress(), Received, Total);
         }
     });
     // A small archive can arrive and install between two frames: the line still ends at its end.
@@ -73,6 +92,23 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         Progress.Show("Downloading " + Record->PluginName, 1.0f, Total, Total);
     }
     Progress.End();
+
+    // Each dependency installed on its own: one that failed takes nothing else away.
+    std::vector<std::string> FailedDependencies;
+    for (const FSourceModInfo& Dependency : bWithDependencies ? Missing : std::vector<FSourceModInfo>{})
+    {
+        if (Client.FinishedDownloads.count(Dependency.PluginName.substr(3)) == 0)
+        {
+            FailedDependencies.push_back(Dependency.PluginName);
+        }
+    }
+    if (bWithDependencies && Resolution)
+    {
+        for (const FUnavailableDependency& Dependency : Resolution->Unavailable)
+        {
+            FailedDependencies.push_back(MakeUGCPluginName(Dependency.ModId));
+        }
+    }
     if (Client.FinishedDownloads.count(ModId) == 0)
     {
         // What the connection did, when the download itself failed.
@@ -84,11 +120,34 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         Paths::Combine(Paths::ConvertRelativePathToFull(Run->Host->Engine.GetBaseDir(), Run->Host->Engine.ProjectPluginsDir()), Record->PluginName);
     if (bJson)
     {
-        Context.Out << nlohmann::json{{"mod_id", ModId}, {"plugin", Record->PluginName}, {"plugin_dir", PluginDir},
-                                      {"version", Client.FinishedDownloads[ModId]}}.dump(2) << "\n";
-        return ExitSuccess;
+        nlohmann::json Answer{{"mod_id", ModId}, {"plugin", Record->PluginName}, {"plugin_dir", PluginDir},
+                              {"version", Client.FinishedDownloads[ModId]}};
+        if (Resolution)
+        {
+            Answer["dependencies"] = DependenciesJson(*Resolution);
+        }
+        Answer["dependencies_not_installed"] = FailedDependencies;
+        Context.Out << Answer.dump(2) << "\n";
+        return FailedDependencies.empty() ? ExitSuccess : ExitFailed;
+    }
+    for (const FSourceModInfo& Dependency : bWithDependencies ? Missing : std::vector<FSourceModInfo>{})
+    {
+        if (Client.FinishedDownloads.count(Dependency.PluginName.substr(3)) != 0)
+        {
+            Context.Out << "Installed " << Dependency.PluginName << " (" << Dependency.Name << "), which " << Record->PluginName << " needs.\n";
+        }
     }
     Context.Out << "Installed " << Record->PluginName << " into " << PluginDir << "; restart the editor to load it.\n";
+    if (!FailedDependencies.empty())
+    {
+        std::string Names;
+        for (const std::string& Name : FailedDependencies)
+        {
+            Names += (Names.empty() ? "" : ", ") + Name;
+        }
+        return Fail(Context, ExitFailed, "Not installed: " + Names + ", which " + Record->PluginName +
+            " needs (see above). What was installed stays installed.");
+    }
     return ExitSuccess;
 }
 }

@@ -109,12 +109,31 @@ void FWorkshopController::OnDownloadSourceModClicked(const FSourceModInfo& Mod)
     {
         return;
     }
-    Client->QueueDownload(Mod);
-    // The row now reads "Downloading" or "Download Pending" and cannot be added twice. The rows
-    // are updated in place: the clicked one is still running this handler.
+    const std::string ModId = WorkshopSupport::ModIdOf(Mod.PluginName);
+    if (!DependencyChecks.insert(ModId).second)
+    {
+        return;
+    }
+    std::weak_ptr<int> Alive = AliveToken;
+    Client->ResolveDependencies(ModId, [this, Alive, Mod](FDependencyResolution Resolution) {
+        if (!Alive.expired())
+        {
+            OnDependenciesResolved(Mod, Resolution);
+        }
+    });
+}
+
+void FWorkshopController::QueueDownloads(FModioInterface& Client, const std::vector<FSourceModInfo>& Mods)
+{
+    for (const FSourceModInfo& Mod : Mods)
+    {
+        Client.QueueDownload(Mod);
+    }
+    // The rows now read "Downloading" or "Download Pending" and cannot be added twice. The rows
+    // are updated in place: a clicked one may still be running its handler.
     for (FWorkshopSourcePluginEntry& Row : SourceModRows)
     {
-        if (const FSourceModInfo* Record = Client->FindCatalogueRecord(WorkshopSupport::ModIdOf(Row.GetModInfo().PluginName)))
+        if (const FSourceModInfo* Record = Client.FindCatalogueRecord(WorkshopSupport::ModIdOf(Row.GetModInfo().PluginName)))
         {
             Row.UpdateModInfo(*Record);
         }
