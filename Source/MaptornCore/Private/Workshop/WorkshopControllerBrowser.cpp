@@ -114,11 +114,24 @@ void FWorkshopController::OnDownloadSourceModClicked(const FSourceModInfo& Mod)
     {
         return;
     }
+    // The download waits for the lookup: the row says so, and cannot be added twice meanwhile.
+    if (FSourceModInfo* Record = Client->FindCatalogueRecord(ModId))
+    {
+        Record->InstallState = static_cast<uint8>(ESourceModInstallState::DownloadPending);
+    }
+    UpdateRowStates(*Client);
     std::weak_ptr<int> Alive = AliveToken;
-    Client->ResolveDependencies(ModId, [this, Alive, Mod](FDependencyResolution Resolution) {
+    Client->ResolveDependencies(ModId, [this, Alive, Mod, ModId](FDependencyResolution Resolution) {
         if (!Alive.expired())
         {
             OnDependenciesResolved(Mod, Resolution);
+            return;
+        }
+        // The window closed before the answer: a reopened tab offers the plug-in again.
+        FModioInterface* OpenClient = WorkshopSupport::FindClient();
+        if (FSourceModInfo* Record = OpenClient ? OpenClient->FindCatalogueRecord(ModId) : nullptr)
+        {
+            Record->InstallState = Mod.InstallState;
         }
     });
 }
@@ -129,6 +142,11 @@ void FWorkshopController::QueueDownloads(FModioInterface& Client, const std::vec
     {
         Client.QueueDownload(Mod);
     }
+    UpdateRowStates(Client);
+}
+
+void FWorkshopController::UpdateRowStates(FModioInterface& Client)
+{
     // The rows now read "Downloading" or "Download Pending" and cannot be added twice. The rows
     // are updated in place: a clicked one may still be running its handler.
     for (FWorkshopSourcePluginEntry& Row : SourceModRows)

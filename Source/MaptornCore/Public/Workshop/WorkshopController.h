@@ -198,6 +198,8 @@ private:
     static void Notify(const std::function<void()>& Event);
     void OnDependenciesResolved(const FSourceModInfo& Mod, const FDependencyResolution& Resolution);
     void QueueDownloads(FModioInterface& Client, const std::vector<FSourceModInfo>& Mods);
+    // Each row takes its record's state from the client's catalogue page.
+    void UpdateRowStates(FModioInterface& Client);
 
     // Rows and bindings hold this weakly, so nothing calls into a closed window.
     std::shared_ptr<int> AliveToken = std::make_shared<int>(0);
