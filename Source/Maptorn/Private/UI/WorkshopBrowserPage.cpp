@@ -134,7 +134,7 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 			+ SVerticalBox::Slot().AutoHeight().Padding(4, 0)
 			[
 				SNew(STextBlock).AutoWrapText(true).Text(LOCTEXT("AddDependencyElsewhere",
-					"Plugins that need others offer to download them with them. To make one of your own mods need another, run "
+					"Adding a plugin that needs others asks whether to download them too. To make one of your own mods need another, run "
 					"\"maptorn deps add <your mod id> <dependency id>\": the mod.io plugin of this editor cannot add dependencies."))
 			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
