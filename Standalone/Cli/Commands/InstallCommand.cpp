@@ -19,6 +19,88 @@
 
 namespace Maptorn::Cli
 {
+namespace
+{
+// What --with-dependencies brought, once the downloads are over: each dependency the project
+// got, and each it did not (a failed download, or one mod.io cannot give).
+struct FDependencyOutcome
+{
+    std::vector<FSourceModInfo> Installed;
+    std::vector<std::string> NotInstalled;
+};
+
+FDependencyOutcome DependencyOutcome(const FModioInterface& Client, const std::optional<FDependencyResolution>& Resolution, bool bWithDependencies)
+{
+    FDependencyOutcome Outcome;
+    if (!Resolution || !bWithDependencies)
+    {
+        return Outcome;
+    }
+    for (const FSourceModInfo& Dependency : Resolution->Missing())
+    {
+        if (Client.FinishedDownloads.count(Dependency.PluginName.substr(3)) != 0)
+        {
+            Outcome.Installed.push_back(Dependency);
+        }
+        else
+        {
+            Outcome.NotInstalled.push_back(Dependency.PluginName);
+        }
+    }
+    for (const FUnavailableDependency& Dependency : Resolution->Unavailable)
+    {
+        Outcome.NotInstalled.push_back(MakeUGCPluginName(Dependency.ModId));
+    }
+    return Outcome;
+}
+
+std::string JoinNames(const std::vector<std::string>& Names)
+{
+    std::string Text;
+    for (const std::string& Name : Names)
+    {
+        Text += (Text.empty() ? "" : ", ") + Name;
+    }
+    return Text;
+}
+
+// The list a modder reads before the downloads start, and how to get what is left out.
+void ShowDependencies(const FCommandContext& Context, const FSourceModInfo& Record, const FDependencyResolution& Resolution, bool bWithDependencies)
+{
+    PrintDependencies(Context.Out, Record, Resolution);
+    if (!bWithDependencies && !Resolution.Missing().empty())
+    {
+        const std::string ModId = Record.PluginName.substr(3);
+        Context.Out << "Only " << Record.PluginName << " is installed: run `maptorn install " << ModId
+                    << " --with-dependencies` to install what it needs too, or `maptorn install <id>` for each.\n";
+    }
+}
+
+// Ticks until every queued download has ended, with one progress line per plug-in.
+void WaitForDownloads(const FCommandContext& Context, FWorkshopRun& Run, const FSourceModInfo& Record, bool bJson)
+{
+    FModioInterface& Client = Run.Client();
+    // JSON output stays one document: no progress lines then.
+    std::ostringstream Quiet;
+    FProgressLine Progress(bJson ? static_cast<std::ostream&>(Quiet) : Context.Out, !bJson && isatty(STDOUT_FILENO) != 0);
+    int64 Total = 0;
+    Run.TickUntil([&Client] { return !Client.ActiveDownload && Client.DownloadQueue.empty(); }, [&] {
+        if (Client.ActiveDownload)
+        {
+            int64 Received = 0;
+            Client.ActiveDownload->GetProgressBytes(Received, Total);
+            Progress.Show("Downloading " + MakeUGCPluginName(Client.ActiveDownload->ModId), Client.ActiveDownload->GetProgress(), Received, Total);
+        }
+    });
+    // A small archive can arrive and install between two frames: the line still ends at its end.
+    if (Client.FinishedDownloads.count(Record.PluginName.substr(3)) != 0)
+    {
+        Progress.Show("Downloading " + Record.PluginName, 1.0f, Total, Total);
+    }
+    Progress.End();
+}
+}
+
 int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson, bool bWithDependencies)
 {
     if (!IsPlainModId(ModId))
@@ -64,57 +146,26 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
     {
         return Fail(Context, ExitFailed, "Nothing was downloaded; your plug-in " + Record->PluginName + " is unchanged.");
     }
-    const std::vector<FSourceModInfo> Missing = Resolution ? Resolution->Missing() : std::vector<FSourceModInfo>{};
     if (Resolution && !bJson)
     {
-        PrintDependencies(Context.Out, *Record, *Resolution);
-        if (!bWithDependencies && !Missing.empty())
-        {
-            Context.Out << "Only " << Record->PluginName << " is installed: run `maptorn install " << ModId
-                        << " --with-dependencies` to install what it needs too, or `maptorn install <id>` for each.\n";
-        }
+        ShowDependencies(Context, *Record, *Resolution, bWithDependencies);
     }
-    // JSON output stays one document: no progress lines then.
-    std::ostringstream Quiet;
-    FProgressLine Progress(bJson ? static_cast<std::ostream&>(Quiet) : Context.Out, !bJson && isatty(STDOUT_FILENO) != 0);
-    int64 Total = 0;
-    Run->TickUntil([&Client] { return !Client.ActiveDownload && Client.DownloadQueue.empty(); }, [&] {
-        if (Client.ActiveDownload)
-        {
-            int64 Received = 0;
-            Client.ActiveDownload->GetProgressBytes(Received, Total);
-            Progress.Show("Downloading " + MakeUGCPluginName(Client.ActiveDownload->ModId), Client.ActiveDownload->GetProgress(), Received, Total);
-        }
-    });
-    // A small archive can arrive and install between two frames: the line still ends at its end.
-    if (Client.FinishedDownloads.count(ModId) != 0)
-    {
-        Progress.Show("Downloading " + Record->PluginName, 1.0f, Total, Total);
-    }
-    Progress.End();
+    WaitForDownloads(Context, *Run, *Record, bJson);
 
-    // Each dependency installed on its own: one that failed takes nothing else away.
-    std::vector<std::string> FailedDependencies;
-    for (const FSourceModInfo& Dependency : bWithDependencies ? Missing : std::vector<FSourceModInfo>{})
+    // Each plug-in is installed on its own: one that failed takes nothing else away.
+    const FDependencyOutcome Outcome = DependencyOutcome(Client, Resolution, bWithDependencies);
+    std::vector<std::string> InstalledNames;
+    for (const FSourceModInfo& Dependency : Outcome.Installed)
     {
-        if (Client.FinishedDownloads.count(Dependency.PluginName.substr(3)) == 0)
-        {
-            FailedDependencies.push_back(Dependency.PluginName);
-        }
-    }
-    if (bWithDependencies && Resolution)
-    {
-        for (const FUnavailableDependency& Dependency : Resolution->Unavailable)
-        {
-            FailedDependencies.push_back(MakeUGCPluginName(Dependency.ModId));
-        }
+        InstalledNames.push_back(Dependency.PluginName);
     }
     if (Client.FinishedDownloads.count(ModId) == 0)
     {
         // What the connection did, when the download itself failed.
         const std::optional<std::string> Why = Run->RecentMessage("[MOD] Failed to download mod " + Record->PluginName + ": ");
         return Fail(Context, ExitFailed, "The download or install of " + Record->PluginName + " failed" + (Why ? ": " + *Why : std::string()) +
-            " (run with --verbose for the log). The project's plug-ins are as they were.");
+            " (run with --verbose for the log). " + (InstalledNames.empty() ? std::string("The project's plug-ins are as they were.")
+                : "Only what it needs was installed: " + JoinNames(InstalledNames) + "; the rest of the project's plug-ins are as they were."));
     }
     const std::string PluginDir =
         Paths::Combine(Paths::ConvertRelativePathToFull(Run->Host->Engine.GetBaseDir(), Run->Host->Engine.ProjectPluginsDir()), Record->PluginName);
@@ -126,26 +177,19 @@ int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJ
         {
             Answer["dependencies"] = DependenciesJson(*Resolution);
         }
-        Answer["dependencies_not_installed"] = FailedDependencies;
+        Answer["dependencies_installed"] = InstalledNames;
+        Answer["dependencies_not_installed"] = Outcome.NotInstalled;
         Context.Out << Answer.dump(2) << "\n";
-        return FailedDependencies.empty() ? ExitSuccess : ExitFailed;
+        return Outcome.NotInstalled.empty() ? ExitSuccess : ExitFailed;
     }
-    for (const FSourceModInfo& Dependency : bWithDependencies ? Missing : std::vector<FSourceModInfo>{})
+    for (const FSourceModInfo& Dependency : Outcome.Installed)
     {
-        if (Client.FinishedDownloads.count(Dependency.PluginName.substr(3)) != 0)
-        {
-            Context.Out << "Installed " << Dependency.PluginName << " (" << Dependency.Name << "), which " << Record->PluginName << " needs.\n";
-        }
+        Context.Out << "Installed " << Dependency.PluginName << " (" << Dependency.Name << "), which " << Record->PluginName << " needs.\n";
     }
     Context.Out << "Installed " << Record->PluginName << " into " << PluginDir << "; restart the editor to load it.\n";
-    if (!FailedDependencies.empty())
+    if (!Outcome.NotInstalled.empty())
     {
-        std::string Names;
-        for (const std::string& Name : FailedDependencies)
-        {
-            Names += (Names.empty() ? "" : ", ") + Name;
-        }
-        return Fail(Context, ExitFailed, "Not installed: " + Names + ", which " + Record->PluginName +
+        return Fail(Context, ExitFailed, "Not installed: " + JoinNames(Outcome.NotInstalled) + ", which " + Record->PluginName +
             " needs (see above). What was installed stays installed.");
     }
     return ExitSuccess;
