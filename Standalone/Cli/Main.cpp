@@ -161,9 +161,30 @@ int main(int Argc, char** Argv)
     CLI::App* Install = App.add_subcommand("install", "Download a shared source plug-in from mod.io into the project's plug-ins");
     std::string InstallModId;
     Install->add_option("modid", InstallModId, "The source plug-in's mod id on mod.io (digits)")->required();
-    bool bInstallJson = false;
+    bool bInstallJson = false, bWithDependencies = false;
     Install->add_flag("--json", bInstallJson, "Print the result as JSON");
-    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId, bInstallJson || Options.bJson); });
+    Install->add_flag("--with-dependencies", bWithDependencies,
+        "Also install the plug-ins it needs that the project lacks (without it they are only listed)");
+    Install->callback([&] { ExitCode = RunInstall(Context, InstallModId, bInstallJson || Options.bJson, bWithDependencies); });
+
+    CLI::App* Deps = App.add_subcommand("deps", "List what a shared source plug-in needs from mod.io, or add a dependency to your own mod");
+    std::string DepsModId;
+    bool bDepsJson = false;
+    Deps->add_option("modid", DepsModId, "The source plug-in's mod id on mod.io (digits)");
+    Deps->add_flag("--json", bDepsJson, "Print the list as JSON");
+    CLI::App* DepsAdd = Deps->add_subcommand("add", "Make your mod <modid> need the mod <dependency> on mod.io (needs a login)");
+    std::string DepsAddModId, DependencyId;
+    DepsAdd->add_option("modid", DepsAddModId, "Your mod's id on mod.io (digits)")->required();
+    DepsAdd->add_option("dependency", DependencyId, "The id of the mod it needs (digits)")->required();
+    DepsAdd->callback([&] { ExitCode = RunDepsAdd(Context, DepsAddModId, DependencyId); });
+    Deps->callback([&] {
+        if (Deps->got_subcommand(DepsAdd))
+        {
+            return;
+        }
+        ExitCode = DepsModId.empty() ? Fail(Context, ExitBadInput, "Name the plug-in: `maptorn deps <modid>`, or `maptorn deps add <modid> <dependency>`.")
+                                     : RunDeps(Context, DepsModId, bDepsJson || Options.bJson);
+    });
 
     CLI::App* Mods = App.add_subcommand("mods", "List your own mods on mod.io that this project can upload (needs a login)");
     bool bModsJson = false;

@@ -64,13 +64,13 @@ protected:
         return Answer ? nlohmann::json::parse(Answer->body, nullptr, false) : nlohmann::json();
     }
 
-    std::string LastCode() { return Get("/sandbox/last-code?email=modder@example.com").value("code", std::string()); }
+    std::string LastCode(const std::string& Email) { return Get("/sandbox/last-code?email=" + Email).value("code", std::string()); }
 
-    void LogIn()
+    void LogIn(const std::string& Email = "modder@example.com")
     {
-        const FRun Requested = Maptorn("login --email modder@example.com");
+        const FRun Requested = Maptorn("login --email " + Email);
         ASSERT_EQ(Requested.ExitCode, 0) << Requested.Out;
-        const FRun LoggedIn = Maptorn("login --code " + LastCode());
+        const FRun LoggedIn = Maptorn("login --code " + LastCode(Email));
         ASSERT_EQ(LoggedIn.ExitCode, 0) << LoggedIn.Out;
     }
 
@@ -178,4 +178,56 @@ TEST_F(CliEndToEnd, AnInstallOverAnExistingPluginNeedsAYes)
     const FRun Agreed = Maptorn("--yes install 1005");
     EXPECT_EQ(Agreed.ExitCode, 0) << Agreed.Out;
     EXPECT_FALSE(fs::exists(InProject("Plugins/UGC1005/Content/Mine.txt")));
+}
+
+TEST_F(CliEndToEnd, DependenciesAreAddedListedAndInstalledWithTheirPluginCyclesAndMissingOnesEndClearly)
+{
+    const FRun Anonymous = Maptorn("deps add 1005 1007");
+    EXPECT_EQ(Anonymous.ExitCode, 1);
+    EXPECT_NE(Anonymous.Out.find("log in first with `maptorn login`"), std::string::npos) << Anonymous.Out;
+    // The shared kits are the cartographer's: Crate Kit already needs Lamp Kit, which now needs Sign
+    // Kit; Alpine Cabins and Brass Fixtures need each other; Cargo Containers needs a map (no
+    // source plug-in) and a hidden draft (mod.io shows no such mod to others).
+    LogIn("cartographer@example.com");
+    for (const char* Pair : {"1005 1007", "1008 1009", "1009 1008", "1010 1001", "1010 1004"})
+    {
+        const FRun Added = Maptorn(std::string("deps add ") + Pair);
+        ASSERT_EQ(Added.ExitCode, 0) << Pair << ": " << Added.Out;
+    }
+
+    const FRun Listed = Maptorn("deps 1006 --json");
+    ASSERT_EQ(Listed.ExitCode, 0) << Listed.Out;
+    const nlohmann::json List = nlohmann::json::parse(Listed.Out.substr(Listed.Out.find('{')), nullptr, false);
+    ASSERT_EQ(List["dependencies"].size(), 2u) << Listed.Out;
+    EXPECT_EQ(List["dependencies"][0].value("name", ""), "Sign Kit") << "a dependency comes before what needs it";
+    EXPECT_EQ(List["dependencies"][1].value("name", ""), "Lamp Kit");
+    EXPECT_EQ(List["dependencies"][1].value("status", ""), "Not Installed");
+
+    const FRun Alone = Maptorn("install 1006");
+    ASSERT_EQ(Alone.ExitCode, 0) << Alone.Out;
+    EXPECT_NE(Alone.Out.find("--with-dependencies"), std::string::npos) << Alone.Out;
+    EXPECT_FALSE(fs::exists(InProject("Plugins/UGC1005")));
+    const FRun All = Maptorn("--yes install 1006 --with-dependencies");
+    ASSERT_EQ(All.ExitCode, 0) << All.Out;
+    const auto Installed = [this](const char* Id) { return fs::exists(InProject(std::string("Plugins/UGC") + Id + "/UGC" + Id + ".uplugin")); };
+    for (const char* Id : {"1005", "1006", "1007"})
+    {
+        EXPECT_TRUE(Installed(Id)) << Id << All.Out;
+    }
+
+    const FRun Cycle = Maptorn("install 1008 --with-dependencies");
+    EXPECT_EQ(Cycle.ExitCode, 0) << Cycle.Out;
+    EXPECT_NE(Cycle.Out.find("UGC1009 depends on UGC1008 again (a cycle): each is installed once"), std::string::npos) << Cycle.Out;
+    EXPECT_TRUE(Installed("1008") && Installed("1009"));
+
+    const FRun Missing = Maptorn("install 1010 --with-dependencies");
+    EXPECT_EQ(Missing.ExitCode, 1) << Missing.Out;
+    EXPECT_NE(Missing.Out.find("Not installed: UGC1001, UGC1004, which UGC1010 needs"), std::string::npos) << Missing.Out;
+    EXPECT_NE(Missing.Out.find("mod.io has no shared source plug-in with id 1004"), std::string::npos) << Missing.Out;
+    EXPECT_TRUE(Installed("1010"));
+    EXPECT_FALSE(fs::exists(InProject("Plugins/UGC1001")) || fs::exists(InProject("Plugins/UGC1004")));
+    for (const char* Id : {"1005", "1006", "1007", "1008", "1009"})
+    {
+        EXPECT_TRUE(Installed(Id)) << Id << " was installed before and stays";
+    }
 }

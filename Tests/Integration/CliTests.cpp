@@ -225,7 +225,7 @@ TEST_F(MaptornCli, MalformedConfigurationIsRefusedWithItsSource)
 TEST_F(MaptornCli, EveryCommandExplainsItself)
 {
     for (const std::string Command : {"", "env ", "map ", "map create ", "plugin ", "plugin create ", "cook ", "pak ", "package ", "deploy ",
-             "browse ", "mods ", "login ", "logout ", "whoami ", "create ", "upload ", "stage ", "stage-steam ", "deploy ", "plugin set ", "sample ", "demo "})
+             "browse ", "mods ", "login ", "logout ", "whoami ", "create ", "upload ", "stage ", "stage-steam ", "deploy ", "plugin set ", "sample ", "demo ", "deps ", "deps add "})
     {
         const FRun Result = Run(Command + "--help");
         EXPECT_EQ(Result.ExitCode, 0) << Command;

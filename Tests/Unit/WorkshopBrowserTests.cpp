@@ -209,6 +209,9 @@ TEST_F(WorkshopBrowser, APluginAlreadyInTheProjectIsOnlyQueuedAfterYes)
 
     Controller->OnDownloadSourceModClicked(Mod);
     EXPECT_EQ(Fakes.Dialogs.MessageBoxes.size(), 2u);
+    // The download starts once mod.io has said the plug-in needs no other.
+    Http.Answers.push_back({true, 200, R"({"data":[]})"});
+    Http.Pump();
     EXPECT_TRUE(Client->ActiveDownload);
 }
 

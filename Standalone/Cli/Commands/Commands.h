@@ -80,7 +80,10 @@ int RunDeploy(const FCommandContext& Context, bool bWindows, bool bAndroid);
 int RunStageSteam(const FCommandContext& Context, const std::string& InstallDir);
 int RunBrowse(const FCommandContext& Context, const FBrowseRequest& Request);
 int RunMods(const FCommandContext& Context, bool bJson);
-int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson = false);
+// With bWithDependencies the missing dependencies are installed first; without, they are listed.
+int RunInstall(const FCommandContext& Context, const std::string& ModId, bool bJson = false, bool bWithDependencies = false);
+int RunDeps(const FCommandContext& Context, const std::string& ModId, bool bJson);
+int RunDepsAdd(const FCommandContext& Context, const std::string& ModId, const std::string& DependencyId);
 int RunLogin(const FCommandContext& Context, const std::string& Email, const std::string& Code);
 int RunLogout(const FCommandContext& Context);
 int RunWhoAmI(const FCommandContext& Context, bool bJson);

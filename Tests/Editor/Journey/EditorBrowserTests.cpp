@@ -3,8 +3,11 @@
 
 #include "Journey/EditorJourneyFixture.h"
 
+#include <curl/curl.h>
+
 #include <algorithm>
 #include <fstream>
+#include <set>
 
 namespace fs = std::filesystem;
 
@@ -23,6 +26,39 @@ std::string LastCatalogueSort(const Maptorn::Sandbox::FModioSandbox& Sandbox)
 		}
 	}
 	return std::string();
+}
+
+// The cartographer, who shares the kits, makes Mod need Dependency on the service.
+bool AddDependency(Maptorn::Sandbox::FModioSandbox& Sandbox, int64 Mod, int64 Dependency)
+{
+	CURL* Curl = curl_easy_init();
+	const std::string Url = Sandbox.GetBaseUrl() + "/v1/games/1/mods/" + std::to_string(Mod) + "/dependencies";
+	const std::string Body = "dependencies[]=" + std::to_string(Dependency);
+	curl_slist* Headers = curl_slist_append(nullptr, ("Authorization: Bearer " + Sandbox.IssueTokenFor("cartographer@example.com")).c_str());
+	curl_easy_setopt(Curl, CURLOPT_URL, Url.c_str());
+	curl_easy_setopt(Curl, CURLOPT_HTTPHEADER, Headers);
+	curl_easy_setopt(Curl, CURLOPT_POSTFIELDS, Body.c_str());
+	curl_easy_setopt(Curl, CURLOPT_WRITEFUNCTION, +[](char*, size_t Size, size_t Count, void*) { return Size * Count; });
+	long Status = 0;
+	const bool bSent = curl_easy_perform(Curl) == CURLE_OK;
+	curl_easy_getinfo(Curl, CURLINFO_RESPONSE_CODE, &Status);
+	curl_slist_free_all(Headers);
+	curl_easy_cleanup(Curl);
+	return bSent && Status == 201;
+}
+
+std::set<std::string> PluginsIn(const std::string& Folder)
+{
+	std::set<std::string> Names;
+	for (const fs::directory_entry& Entry : fs::directory_iterator(Folder))
+	{
+		const std::string Name = Entry.path().filename().string();
+		if (Name.rfind("UGC", 0) == 0 && fs::exists(Entry.path() / (Name + ".uplugin")))
+		{
+			Names.insert(Name);
+		}
+	}
+	return Names;
 }
 }
 
@@ -65,8 +101,8 @@ TEST_F(EditorJourney, TheBrowserPagesSortsSearchesAndAddsASharedPluginToTheProje
 		EXPECT_NE(Row.front().find("Kit"), std::string::npos) << Row.front();
 	}
 
-	// A plug-in not yet in the project is added without a question.
-	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project")) << Window().LastFailure();
+	// A plug-in not yet in the project, needing no other, is added without a question.
+	ASSERT_TRUE(PressNear("Sign Kit", "Add to Project")) << Window().LastFailure();
 	ASSERT_TRUE(WaitFor([this] { return Window().Shows("Status: Installed, Editor Restart Required"); }, 30.0)) << Window().PrintTree();
 	EXPECT_TRUE(MessageBoxes().empty());
 	bool bInstalled = false;
@@ -107,4 +143,38 @@ TEST_F(EditorJourney, AddingAPluginTheProjectHasSwitchedOffAsksFirstAndNoKeepsIt
 	Editor.RunFor(0.2);
 	EXPECT_EQ(Maptorn::Testing::ReadTextFile(Descriptor), Before) << "no answers no";
 	EXPECT_FALSE(Window().ShowsContaining("Downloading"));
+}
+
+TEST_F(EditorJourney, APluginThatNeedsOthersAsksAndYesAddsThemAllWhileNoAddsItAlone)
+{
+	// Crate Kit needs Lamp Kit, which needs Sign Kit; Alpine Cabins needs Brass Fixtures and Cargo Containers.
+	ASSERT_TRUE(AddDependency(Sandbox, 1005, 1007));
+	ASSERT_TRUE(AddDependency(Sandbox, 1008, 1009));
+	ASSERT_TRUE(AddDependency(Sandbox, 1008, 1010));
+	StartEditor();
+	LogIn();
+	ASSERT_TRUE(OpenPage("Download Source Plugin"));
+	EXPECT_TRUE(Window().ShowsContaining("run \"maptorn deps add <your mod id> <dependency id>\"")) << Window().PrintTree();
+	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Kit"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("3 Results - Page 1/1"); })) << Window().PrintTree();
+
+	SurfaceTestState::Get().MessageBoxAnswers.push_back(EAppReturnType::Yes);
+	ASSERT_TRUE(PressNear("Crate Kit", "Add to Project")) << Window().LastFailure();
+	const std::set<std::string> All = {"UGC1005", "UGC1006", "UGC1007"};
+	ASSERT_TRUE(WaitFor([&] { return PluginsIn(ProjectDir() + "Plugins") == All; }, 30.0)) << Window().PrintTree();
+	ASSERT_EQ(MessageBoxes().size(), 1u);
+	EXPECT_EQ(MessageBoxes()[0].Caption, "Kelvor Workshop Source Download");
+	EXPECT_EQ(MessageBoxes()[0].Text, "UGC1006 (Crate Kit) needs other plugins from mod.io that are not in your project: UGC1007 (Sign Kit), "
+									  "UGC1005 (Lamp Kit). \r\n \r\n Download them too? Yes downloads all of them, No downloads only UGC1006.");
+	ASSERT_TRUE(WaitFor([this] { return !Window().ShowsContaining("Status: Download"); }, 30.0)) << Window().PrintTree();
+
+	ASSERT_TRUE(Window().Type("Search for Source Plugins", "Alpine"));
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("1 Results - Page 1/1"); })) << Window().PrintTree();
+	SurfaceTestState::Get().MessageBoxAnswers.push_back(EAppReturnType::No);
+	ASSERT_TRUE(PressNear("Alpine Cabins", "Add to Project")) << Window().LastFailure();
+	ASSERT_TRUE(WaitFor([this] { return Window().Shows("Status: Installed, Editor Restart Required"); }, 30.0)) << Window().PrintTree();
+	ASSERT_EQ(MessageBoxes().size(), 2u);
+	EXPECT_NE(MessageBoxes()[1].Text.find("UGC1009 (Brass Fixtures), UGC1010 (Cargo Containers)"), std::string::npos) << MessageBoxes()[1].Text;
+	Editor.RunFor(0.3);
+	EXPECT_EQ(PluginsIn(ProjectDir() + "Plugins"), (std::set<std::string>{"UGC1005", "UGC1006", "UGC1007", "UGC1008"})) << "no adds only the one";
 }

@@ -130,6 +130,13 @@ TSharedRef<SWidget> SKelvorWorkshopWindow::MakeBrowserPage()
 			[
 				SNew(STextBlock).AutoWrapText(true).Text_Lambda([this] { return ToText(Controller->GetDownloadErrorText()); })
 			]
+			// The mod.io plugin for UE 5.1 reads dependencies but cannot add one, and the editor holds no token of its own for mod.io.
+			+ SVerticalBox::Slot().AutoHeight().Padding(4, 0)
+			[
+				SNew(STextBlock).AutoWrapText(true).Text(LOCTEXT("AddDependencyElsewhere",
+					"Adding a plugin that needs others asks whether to download them too. To make one of your own mods need another, run "
+					"\"maptorn deps add <your mod id> <dependency id>\": the mod.io plugin of this editor cannot add dependencies."))
+			]
 			+ SVerticalBox::Slot().AutoHeight().Padding(4)
 			[
 				SNew(SVerticalBox)

@@ -199,7 +199,12 @@ void FModioInterface::FetchDependencies(const std::string& ModId, std::function<
     Request->SetURL(ModioRequests::DependenciesUrl(Config.ModioApiBaseUrl, Config.ModioGameId, ModId, Config.ModioApiKey));
     Request->SetHeader("Accept", "application/json");
     Request->SetHeader("User-Agent", ModioRequests::UserAgent);
-    Request->OnProcessRequestComplete() = [OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+    // Nothing is answered once the client is gone: the walk over dependencies would ask it again.
+    Request->OnProcessRequestComplete() = [OnDone, Alive = std::weak_ptr<bool>(AliveToken)](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+        if (Alive.expired())
+        {
+            return;
+        }
         using FJson = nlohmann::json;
         const FJson Answer = bConnected && Response && Response->GetResponseCode() == 200
             ? FJson::parse(Response->GetContentAsString(), nullptr, false) : FJson();
@@ -239,11 +244,18 @@ void FModioInterface::AddDependency(const std::string& ModId, const std::string&
     Request->SetHeader("User-Agent", ModioRequests::UserAgent);
     Request->SetHeader("Content-Type", "application/x-www-form-urlencoded");
     Request->SetContentAsString(Printf("dependencies[]=%s", DependencyModId.c_str()));
-    Request->OnProcessRequestComplete() = [OnDone](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
-        OnDone(bConnected && Response && Response->GetResponseCode() == 201);
+    Request->OnProcessRequestComplete() = [this, OnDone, Alive = std::weak_ptr<bool>(AliveToken)](FHttpRequestPtr Done, FHttpResponsePtr Response,
+                                              bool bConnected) {
+        if (Alive.expired())
+        {
+            return;
+        }
+        LastDependencyError = AnswerError(Response, bConnected, !bConnected && Done ? Done->GetFailureReason() : std::string());
+        OnDone(LastDependencyError.empty() && Response->GetResponseCode() == 201);
     };
     if (!Request->ProcessRequest())
     {
+        LastDependencyError = "mod.io could not be reached";
         OnDone(false);
     }
 }

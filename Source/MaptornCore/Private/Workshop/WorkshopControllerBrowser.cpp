@@ -109,12 +109,49 @@ void FWorkshopController::OnDownloadSourceModClicked(const FSourceModInfo& Mod)
     {
         return;
     }
-    Client->QueueDownload(Mod);
-    // The row now reads "Downloading" or "Download Pending" and cannot be added twice. The rows
-    // are updated in place: the clicked one is still running this handler.
+    const std::string ModId = WorkshopSupport::ModIdOf(Mod.PluginName);
+    if (!DependencyChecks.insert(ModId).second)
+    {
+        return;
+    }
+    // The download waits for the lookup: the row says so, and cannot be added twice meanwhile.
+    if (FSourceModInfo* Record = Client->FindCatalogueRecord(ModId))
+    {
+        Record->InstallState = static_cast<uint8>(ESourceModInstallState::DownloadPending);
+    }
+    UpdateRowStates(*Client);
+    std::weak_ptr<int> Alive = AliveToken;
+    Client->ResolveDependencies(ModId, [this, Alive, Mod, ModId](FDependencyResolution Resolution) {
+        if (!Alive.expired())
+        {
+            OnDependenciesResolved(Mod, Resolution);
+            return;
+        }
+        // The window closed before the answer: a reopened tab offers the plug-in again.
+        FModioInterface* OpenClient = WorkshopSupport::FindClient();
+        if (FSourceModInfo* Record = OpenClient ? OpenClient->FindCatalogueRecord(ModId) : nullptr)
+        {
+            Record->InstallState = Mod.InstallState;
+        }
+    });
+}
+
+void FWorkshopController::QueueDownloads(FModioInterface& Client, const std::vector<FSourceModInfo>& Mods)
+{
+    for (const FSourceModInfo& Mod : Mods)
+    {
+        Client.QueueDownload(Mod);
+    }
+    UpdateRowStates(Client);
+}
+
+void FWorkshopController::UpdateRowStates(FModioInterface& Client)
+{
+    // The rows now read "Downloading" or "Download Pending" and cannot be added twice. The rows
+    // are updated in place: a clicked one may still be running its handler.
     for (FWorkshopSourcePluginEntry& Row : SourceModRows)
     {
-        if (const FSourceModInfo* Record = Client->FindCatalogueRecord(WorkshopSupport::ModIdOf(Row.GetModInfo().PluginName)))
+        if (const FSourceModInfo* Record = Client.FindCatalogueRecord(WorkshopSupport::ModIdOf(Row.GetModInfo().PluginName)))
         {
             Row.UpdateModInfo(*Record);
         }

@@ -5,6 +5,7 @@
 #include "Common/TickTimers.h"
 #include "Content/KelvorDefinition.h"
 #include "Content/ModType.h"
+#include "Modio/ModDependencies.h"
 #include "Modio/RetryingHttp.h"
 #include "Modio/SourceModInfo.h"
 #include "Module/MaptornConfig.h"
@@ -106,6 +107,8 @@ public:
     // Dependencies of a catalogue mod, and adding one to an own mod (needs a login).
     void FetchDependencies(const std::string& ModId, std::function<void(bool, std::vector<FModDependency>)> OnDone);
     void AddDependency(const std::string& ModId, const std::string& DependencyModId, std::function<void(bool)> OnDone);
+    // Every dependency of a catalogue mod, theirs included, each looked up in the catalogue.
+    void ResolveDependencies(const std::string& ModId, std::function<void(FDependencyResolution)> OnDone);
     // Ids of the project's "UGC" plug-ins, in the plug-in manager's order.
     std::vector<std::string> LocalUGCModIds() const;
     // One catalogue record by mod id: found, the record, and otherwise why not (not a plain id,
@@ -189,6 +192,8 @@ public:
     FSourceModList LastSourceModList;
     // Why the last catalogue query failed (mod.io's message and ref); empty after a success.
     std::string LastSourceQueryError;
+    // Why mod.io refused the last dependency added (its message and ref); empty after a success.
+    std::string LastDependencyError;
     // Why the last source-plug-in download added nothing to the project; empty after one that did.
     std::string LastDownloadError;
     std::shared_ptr<FPluginModDownload> ActiveDownload;

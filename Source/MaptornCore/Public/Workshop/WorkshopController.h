@@ -4,6 +4,7 @@
 #include "Common/MulticastDelegate.h"
 #include "Content/KelvorDefinition.h"
 #include "Content/ModType.h"
+#include "Modio/ModDependencies.h"
 #include "Modio/SourceModInfo.h"
 #include "Workshop/WorkshopRows.h"
 #include "Workshop/WorkshopTypes.h"
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -192,7 +194,15 @@ public:
     // The sort combo changed; nothing happens while the combo has no current item.
     void UpdatedFilters(std::optional<ESourceModQueryType> CurrentItem);
     void OnSourceModSearchChanged(const std::string& Text);
+    // Asks before replacing a plug-in of the project, looks up what the plug-in depends on, offers
+    // the missing dependencies, then queues the downloads.
     void OnDownloadSourceModClicked(const FSourceModInfo& Mod);
+    // Answers the dependency question instead of a message box, once the dependencies are known
+    // (also when none is missing): true downloads the missing ones too. The command-line tool
+    // answers from its options and lists the dependencies itself.
+    std::function<bool(const FSourceModInfo&, const FDependencyResolution&)> DependencyAnswer;
+    // A plug-in's dependencies are being looked up; its download is queued after that.
+    bool IsCheckingDependencies() const { return !DependencyChecks.empty(); }
     void OnSourceModListUpdated(bool bSucceeded, const FSourceModList& List);
     void OnSourceModImageCreated(const FSourceModInfo& Mod);
 
@@ -205,6 +215,10 @@ private:
     void MakeUploadRows();
     void RememberShareChoice(const std::string& ModId, const FSourceModInfo* OwnMod);
     static void Notify(const std::function<void()>& Event);
+    void OnDependenciesResolved(const FSourceModInfo& Mod, const FDependencyResolution& Resolution);
+    void QueueDownloads(FModioInterface& Client, const std::vector<FSourceModInfo>& Mods);
+    // Each row takes its record's state from the client's catalogue page.
+    void UpdateRowStates(FModioInterface& Client);
 
     // Rows and bindings hold this weakly, so nothing calls into a closed window.
     std::shared_ptr<int> AliveToken = std::make_shared<int>(0);
@@ -223,6 +237,8 @@ private:
 
     // A search or sort change made while a query ran; it is sent when that query answers.
     bool bQueryAgain = false;
+    // Mod ids whose dependencies are being looked up: a second press meanwhile does nothing.
+    std::set<std::string> DependencyChecks;
 
     FModioInterface* BoundClient = nullptr;
     TMulticastDelegate<bool, const FSourceModList&>::FHandle ListUpdatedHandle = 0;
