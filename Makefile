@@ -1,4 +1,5 @@
 # `make demo` and `make test` work on a fresh Debian 12 machine as root.
+SHELL := /bin/bash
 PRESET ?= default
 BUILD_DIR := build/$(PRESET)
 
@@ -34,11 +35,11 @@ test-asan:
 # 1 GiB mod file downloaded against curl -o and uploaded as form-data against curl -F through a
 # sandbox on loopback, and the install of a large plug-in archive (three 200 MiB files and 5,000
 # small ones) against curl -o && unzip -q (MAPTORN_BENCH_SIZE_MIB=64 for a quick check).
+# Ends with the README's benchmark table for this run and this machine.
 bench: build
-	$(BUILD_DIR)/maptorn-extract-bench
-	$(BUILD_DIR)/maptorn-download-bench
-	$(BUILD_DIR)/maptorn-upload-bench
-	$(BUILD_DIR)/maptorn-install-bench
+	set -o pipefail; { $(BUILD_DIR)/maptorn-extract-bench && $(BUILD_DIR)/maptorn-download-bench \
+		&& $(BUILD_DIR)/maptorn-upload-bench && $(BUILD_DIR)/maptorn-install-bench; } | tee $(BUILD_DIR)/bench.log
+	@bash Scripts/bench-table.sh $(BUILD_DIR)/bench.log
 
 # The editor plug-in built as far as a machine without the engine can: the editor module against the
 # declared engine surface (Tools/EngineSurface), the core under the engine's flags and for Windows,
