@@ -3,6 +3,7 @@
 #include "Cli/Interrupt.h"
 #include "Common/FileHelper.h"
 #include "Common/Paths.h"
+#include "Common/StringUtil.h"
 
 #include <chrono>
 #include <cstdio>
@@ -13,6 +14,22 @@
 
 namespace Maptorn::Cli
 {
+std::unique_ptr<FWorkshopRun> FWorkshopRun::StartForMod(const FCommandContext& Context, const std::string& ModId, int& OutExitCode)
+{
+    if (!IsPlainModId(ModId))
+    {
+        OutExitCode = Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + ModId + "\").");
+        return nullptr;
+    }
+    std::string Error;
+    std::unique_ptr<FWorkshopRun> Run = Start(Context, false, Error);
+    if (!Run)
+    {
+        OutExitCode = Fail(Context, ExitNoEnvironment, Error);
+    }
+    return Run;
+}
+
 std::unique_ptr<FWorkshopRun> FWorkshopRun::Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError, EModio Modio,
     const FPrecheck& Precheck)
 {

@@ -33,6 +33,10 @@ public:
     // missing or Precheck refuses.
     static std::unique_ptr<FWorkshopRun> Start(const FCommandContext& Context, bool bNeedsEngine, std::string& OutError,
         EModio Modio = EModio::Required, const FPrecheck& Precheck = {});
+    // For a command about one mod of the catalogue: refuses an id that is not a plain number
+    // (exit 2), then starts without the engine. Null with OutExitCode set when either failed,
+    // the reason already told.
+    static std::unique_ptr<FWorkshopRun> StartForMod(const FCommandContext& Context, const std::string& ModId, int& OutExitCode);
     ~FWorkshopRun();
     FWorkshopRun(const FWorkshopRun&) = delete;
     FWorkshopRun& operator=(const FWorkshopRun&) = delete;

@@ -14,16 +14,13 @@ namespace Maptorn::Cli
 {
 int RunDeps(const FCommandContext& Context, const std::string& ModId, bool bJson)
 {
-    if (!IsPlainModId(ModId))
-    {
-        return Fail(Context, ExitBadInput, "The mod id must be the number mod.io gave the mod, e.g. 4711 (got \"" + ModId + "\").");
-    }
-    std::string Error;
-    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::Start(Context, false, Error);
+    int ExitCode = ExitFailed;
+    std::unique_ptr<FWorkshopRun> Run = FWorkshopRun::StartForMod(Context, ModId, ExitCode);
     if (!Run)
     {
-        return Fail(Context, ExitNoEnvironment, Error);
+        return ExitCode;
     }
+    std::string Error;
     FModioInterface& Client = Run->Client();
     std::optional<FSourceModInfo> Record;
     std::optional<FDependencyResolution> Resolution;
