@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Maptorn
@@ -266,9 +267,14 @@ bool FCurlTransfer::WriteBody(const char* Data, size_t Size)
         {
             return false;
         }
-        if (Setup.ResponseBodyDigest)
+        if (BodyHasher)
         {
-            Setup.ResponseBodyDigest->Update(Data, Size);
+            // The hasher reads the file, so the bytes must be in it before it hears of them.
+            if (std::fflush(ResponseFile.get()) != 0)
+            {
+                return false;
+            }
+            BodyHasher->Written(static_cast<int64>(Size));
         }
     }
     else
@@ -282,6 +288,12 @@ bool FCurlTransfer::WriteBody(const char* Data, size_t Size)
 bool FCurlTransfer::OpenResponseBodyFile()
 {
     ResponseFile.reset(std::fopen(Setup.ResponseBodyFile.c_str(), Setup.bAppendResponseBody ? "ab" : "wb"));
+    if (ResponseFile && Setup.ResponseBodyDigest)
+    {
+        struct stat Info;
+        const int64 StartOffset = ::fstat(fileno(ResponseFile.get()), &Info) == 0 ? static_cast<int64>(Info.st_size) : 0;
+        BodyHasher = std::make_unique<FCurlBodyHasher>(Setup.ResponseBodyFile, StartOffset, Setup.ResponseBodyDigest);
+    }
     return ResponseFile != nullptr;
 }
 
@@ -409,6 +421,13 @@ void FCurlTransfer::Finish(CURLcode Result)
     {
         const bool bClosed = std::fclose(ResponseFile.release()) == 0;
         bConnectedSuccessfully = bConnectedSuccessfully && bClosed;
+    }
+    if (BodyHasher)
+    {
+        // Every byte written is in the digest before the caller hears of the end.
+        const bool bHashed = BodyHasher->Finish();
+        bConnectedSuccessfully = bConnectedSuccessfully && bHashed;
+        BodyHasher.reset();
     }
     Setup.ContentFile.reset();
     PostProgress(true);

@@ -2,6 +2,7 @@
 
 #include "Common/CoreTypes.h"
 #include "Platform/CurlHttp.h"
+#include "Platform/CurlBodyHasher.h"
 #include "Platform/CurlHttpHeaders.h"
 #include "Transfer/GrowingFile.h"
 
@@ -97,6 +98,7 @@ private:
     FHttpHeaderList ResponseHeaders;
     std::vector<uint8> ResponseContent;
     FUniqueFile ResponseFile;
+    std::unique_ptr<FCurlBodyHasher> BodyHasher;
     bool bBodyStarted = false;
     bool bBodyToFile = false;
 };

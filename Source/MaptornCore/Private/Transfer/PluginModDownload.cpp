@@ -92,7 +92,12 @@ void FPluginModDownload::Download()
     // The archive must be writable before any byte is asked for.
     FileSystem::CreateDirectoryTree(DownloadFolder());
     const bool bContinueArchive = bAppend || ResumeTries > 0;
-    if (!bContinueArchive || !ArchiveDigest)
+    // Hashed as it arrives only when there is a checksum to compare with: hashing costs a core.
+    if (ExpectedMd5.empty())
+    {
+        ArchiveDigest.reset();
+    }
+    else if (!bContinueArchive || !ArchiveDigest)
     {
         ArchiveDigest = std::make_shared<FMd5>();
     }
@@ -121,7 +126,10 @@ void FPluginModDownload::Download()
     Request->SetHeader("X-Modio-Platform", "source");
     Request->SetHeader("Range", Printf("bytes=%lld-%lld", static_cast<long long>(AskedFrom), static_cast<long long>(NextOffset + ChunkSize - 1)));
     Request->SetResponseBodyFile(ArchivePath(), bContinueArchive);
-    Request->SetResponseBodyDigest(ArchiveDigest);
+    if (ArchiveDigest)
+    {
+        Request->SetResponseBodyDigest(ArchiveDigest);
+    }
     std::weak_ptr<FPluginModDownload> Self = weak_from_this();
     Request->OnHeaderReceived() = [Self](FHttpRequestPtr, const std::string& Name, const std::string& Value) {
         if (auto Download = Self.lock())
