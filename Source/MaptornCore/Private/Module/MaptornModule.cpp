@@ -54,6 +54,7 @@ void FMaptornModule::StartupModule(const std::function<void()>& RegisterWindow)
 
     SteamUGC.reset();
     SVR.reset();
+    WorkNotifications.reset(); // it listens to the client
     ModioClient.reset();
     bAndroidPlatform = true;
     bWindowsPlatform = false;

@@ -26,7 +26,7 @@ void FMaptornModule::Tick(float DeltaTime)
     TickPlatformUploadCountdown(DeltaTime);
     TickOwnModRefresh(DeltaTime);
     TickSourcePluginDownload();
-    if (WorkNotifications)
+    if (WorkNotifications && ModioClient)
     {
         // Packaging shares the module's busy flag.
         WorkNotifications->Tick(bBusy);

@@ -18,6 +18,10 @@ FWorkshopNotifications::FWorkshopNotifications(IMaptornNotifications* InHost, FM
 
 FWorkshopNotifications::~FWorkshopNotifications()
 {
+    if (!Host)
+    {
+        return; // nothing was subscribed or shown
+    }
     Client.OnWorkFinished.Remove(WorkFinishedHandle);
     // Work cut short by the module going away would otherwise leave its throbber turning.
     for (const FToast* Toast : {&UploadToast, &DownloadToast})
