@@ -5,7 +5,7 @@
 #include "ModioService/SandboxZip.h"
 #include "Platform/RestModioSessionRequests.h"
 #include "Support/DefaultLogoBytes.h"
-#include "Support/RestSessionSubmitFixture.h"
+#include "Support/RestSessionFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ namespace
 constexpr int64 MiB = 1024 * 1024;
 constexpr int64 ServicePartSize = 50 * MiB;
 
-class RestModioSessionSubmit : public FRestSessionSubmitTest
+class RestModioSessionSubmit : public FRestSessionTest
 {
 protected:
     // A folder as the packager leaves it: nested files and an empty folder.
@@ -525,7 +525,7 @@ TEST_F(RestModioSessionSubmit, AnInterruptedMultipartUploadResumesWithoutResendi
 
     const json Modfile = NewestModfile(ModderModId);
     const std::map<std::string, std::string> Entries = ArchiveEntries(GetBytes(Modfile["download"]["binary_url"]));
-    EXPECT_TRUE(Entries.at("Content/Paks/Windows/UGC1001.ucas") == ReadBinaryFile(Root / "Content" / "Paks" / "Windows" / "UGC1001.ucas"))
+    EXPECT_TRUE(Entries.at("Content/Paks/Windows/UGC1001.ucas") == ReadTextFile(Root / "Content" / "Paks" / "Windows" / "UGC1001.ucas"))
         << "the joined parts are the archive";
     EXPECT_TRUE(NoTemporaryFilesLeft());
 }
