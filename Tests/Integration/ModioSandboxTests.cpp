@@ -188,15 +188,6 @@ TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
     EXPECT_EQ(GetList("status=1&visible-in=1&_sort=-downloads_today")["result_count"], GetList("")["result_count"]);
 }
 
-TEST_F(ModioSandboxTest, LogoutAnswersSuccessAndTheTokenIsRefusedAfterwards)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    const httplib::Result Logout = Http->Post("/v1/oauth/logout", BearerFor(Token), "", "application/x-www-form-urlencoded");
-    ASSERT_EQ(Logout->status, 200);
-    EXPECT_EQ(BodyOf(Logout)["success"], true);
-    EXPECT_EQ(RefOf(Http->Get("/v1/me", BearerFor(Token))), 11005);
-}
-
 // ---- Listing ----
 
 TEST_F(ModioSandboxTest, SortsByNameStatsAndDatesBothWays)
@@ -238,35 +229,6 @@ TEST_F(ModioSandboxTest, AddModChecksLogoAndSummary)
 }
 
 // ---- Mod files and downloads ----
-
-TEST_F(ModioSandboxTest, AddedModfileGoesLiveAndDownloadsInRanges)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    const std::string Zip = ZipBytes({ { "Harbour/ReadMe.txt", std::string(3000, 'h') } });
-    const httplib::Result Added = AddModfile(Token, 1001,
-                                             { { "filedata", Zip, "harbour.zip", "application/zip" },
-                                               { "version", "1.2", "", "" },
-                                               { "filehash", FMd5::OfText(Zip), "", "" },
-                                               { "platforms[]", "windows", "", "" },
-                                               { "platforms[]", "source", "", "" } });
-    ASSERT_EQ(Added->status, 201) << Added->body;
-    const json Modfile = BodyOf(Added);
-    EXPECT_EQ(BodyOf(Http->Get(Keyed(Mods + "/1001")))["modfile"]["id"], Modfile["id"]);
-
-    const std::string Download = Modfile["download"]["binary_url"].get<std::string>().substr(Sandbox.GetBaseUrl().size());
-    const httplib::Result Part = Http->Get(Download, { { "Range", "bytes=5-14" } });
-    EXPECT_EQ(Part->status, 206);
-    EXPECT_EQ(Part->get_header_value("Content-Range"), "bytes 5-14/" + std::to_string(Zip.size()));
-    EXPECT_EQ(Part->body, Zip.substr(5, 10));
-
-    const httplib::Result Tail = Http->Get(Download, { { "Range", "bytes=100-" } });
-    EXPECT_EQ(Tail->status, 206);
-    EXPECT_EQ(Tail->body, Zip.substr(100));
-
-    const httplib::Result Beyond = Http->Get(Download, { { "Range", "bytes=" + std::to_string(Zip.size()) + "-" } });
-    EXPECT_EQ(Beyond->status, 416);
-    EXPECT_EQ(Beyond->get_header_value("Content-Range"), "bytes */" + std::to_string(Zip.size()));
-}
 
 TEST_F(ModioSandboxTest, ModfileMustBeAZipMatchingItsHash)
 {
@@ -333,18 +295,6 @@ TEST_F(ModioSandboxMultipart, ContentRangeErrorsNameWhatIsWrong)
     EXPECT_EQ(PutPart("bytes 0-9/100", Ten)->status, 400);
     ASSERT_EQ(PutPart("bytes 0-9/10", Ten)->status, 200);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9/10", Ten)), 29015);
-}
-
-TEST_F(ModioSandboxMultipart, ANonceIsSpentOnceItsSessionCompletes)
-{
-    const auto Create = [this] { return Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n1" } }); };
-    EXPECT_EQ(BodyOf(Create())["upload_id"], UploadId) << "an open session is found again by its nonce";
-    ASSERT_EQ(PutPart("bytes 0-9/10", "0123456789")->status, 200);
-    ASSERT_EQ(Complete()->status, 200);
-    const httplib::Result Again = Create();
-    EXPECT_EQ(Again->status, 400);
-    EXPECT_EQ(RefOf(Again), 29002);
-    EXPECT_EQ(Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n2" } })->status, 200);
 }
 
 TEST_F(ModioSandboxMultipart, CompletingNeedsEveryPartAndDeletingEndsTheSession)
