@@ -216,24 +216,3 @@ TEST_F(CliProcess, FailedTransfersSayWhatTheConnectionDid)
     EXPECT_NE(Out.find("could not connect to 127.0.0.1:9"), std::string::npos) << Out;
     EXPECT_EQ(Out.find("response code 0"), std::string::npos) << Out;
 }
-
-TEST_F(CliProcess, InstallWaitsOutARateLimitAndResumesABrokenDownload)
-{
-    Service.InjectFault(Sandbox::FFault{"/v1/games/1/mods", "GET", 1, Sandbox::EFaultKind::Status, 429, 0});
-    Sandbox::FFault Cut{"/sandbox/files/", "GET", 1, Sandbox::EFaultKind::CloseAfter};
-    Cut.CutAfterBytes = 500;
-    Service.InjectFault(Cut);
-    std::string Out;
-    ASSERT_EQ(Run("install 1006", Out), 0) << Out;
-    EXPECT_NE(Out.find("mod.io asks to wait 1 s"), std::string::npos) << Out;
-    EXPECT_TRUE(fs::exists(InProject("Plugins/UGC1006/UGC1006.uplugin")));
-    std::vector<std::string> Ranges;
-    for (const Sandbox::FRecordedRequest& Request : Service.RequestLog())
-    {
-        if (Request.Path.starts_with("/sandbox/files/"))
-        {
-            Ranges.push_back(Request.Headers.count("range") ? Request.Headers.at("range") : "");
-        }
-    }
-    EXPECT_EQ(Ranges, (std::vector<std::string>{"bytes=0-511999999", "bytes=500-511999999"}));
-}

@@ -10,7 +10,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -26,7 +25,9 @@
 #include <unistd.h>
 
 using namespace Maptorn;
+using Maptorn::Testing::ReadTextFile;
 using Maptorn::Testing::VariedBytes;
+using Maptorn::Testing::WriteBinaryFile;
 namespace fs = std::filesystem;
 
 namespace
@@ -52,17 +53,6 @@ struct FServerRequest
     }
     std::string Header(const std::string& Name) const { return All(Name).empty() ? "" : All(Name).back(); }
 };
-
-std::string ReadFile(const fs::path& Path)
-{
-    std::ifstream File(Path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(File), std::istreambuf_iterator<char>());
-}
-
-void WriteFile(const fs::path& Path, const std::string& Bytes)
-{
-    std::ofstream(Path, std::ios::binary) << Bytes;
-}
 
 std::string AsString(const std::vector<uint8>& Bytes)
 {
@@ -339,7 +329,7 @@ TEST_F(CurlHttp, PutSendsAStringOrAStreamedFileByteForByteWithNeitherExpectNorAc
 {
     const fs::path Source = Folder.Path() / "Map.pak";
     EXPECT_FALSE(NewRequest("PUT", "/upload")->SetContentAsStreamedFile(Source.string())) << "a file that cannot be opened";
-    WriteFile(Source, Blob);
+    WriteBinaryFile(Source, Blob);
     for (const bool bStreamed : {false, true})
     {
         SCOPED_TRACE(bStreamed ? "streamed" : "in memory");
@@ -364,52 +354,49 @@ TEST_F(CurlHttp, PutSendsAStringOrAStreamedFileByteForByteWithNeitherExpectNorAc
     }
 }
 
-TEST_F(CurlHttp, ResponseBodyStreamedToAFileReplacesItsContent)
+// Only a successful answer goes to the file: replacing what it held, or resuming a ranged download.
+TEST_F(CurlHttp, AResponseBodyStreamedToAFileReplacesOrAppendsAndAnErrorAnswerStaysInMemory)
 {
-    const fs::path Target = Folder.Path() / "download.zip";
-    WriteFile(Target, std::string(5 * 1024 * 1024, 'o'));
-    FHttpRequestPtr Request = NewRequest("GET", BlobPath);
-    Request->SetResponseBodyFile(Target.string(), false);
-    std::shared_ptr<FOutcome> Outcome = Run(Request);
-
-    ASSERT_TRUE(Outcome->bConnectedSuccessfully);
-    EXPECT_EQ(Outcome->Response->GetResponseCode(), 200);
-    EXPECT_TRUE(Outcome->Response->GetContent().empty());
-    EXPECT_EQ(Outcome->Response->GetContentLength(), static_cast<int64>(Blob.size()));
-    EXPECT_TRUE(ReadFile(Target) == Blob);
-}
-
-TEST_F(CurlHttp, ResponseBodyAppendedToAFileResumesARangedDownload)
-{
-    const fs::path Target = Folder.Path() / "download.zip";
     const std::size_t Have = 1234567;
-    WriteFile(Target, Blob.substr(0, Have));
-    FHttpRequestPtr Request = NewRequest("GET", BlobPath);
-    Request->SetHeader("Range", "bytes=" + std::to_string(Have) + "-");
-    Request->SetResponseBodyFile(Target.string(), true);
-    std::shared_ptr<FOutcome> Outcome = Run(Request);
+    struct FCase
+    {
+        const char* What;
+        std::string Path;
+        std::string Before;
+        bool bAppend;
+        int Code;
+        std::string After;
+    };
+    const FCase Cases[] = {
+        {"replaced", BlobPath, std::string(5 * 1024 * 1024, 'o'), false, 200, Blob},
+        {"resumed", BlobPath, Blob.substr(0, Have), true, 206, Blob},
+        {"an error answer", "/status/404", "partial", true, 404, "partial"},
+    };
+    for (const FCase& Case : Cases)
+    {
+        SCOPED_TRACE(Case.What);
+        const fs::path Target = Folder.Path() / "download.zip";
+        WriteBinaryFile(Target, Case.Before);
+        FHttpRequestPtr Request = NewRequest("GET", Case.Path);
+        if (Case.Code == 206)
+        {
+            Request->SetHeader("Range", "bytes=" + std::to_string(Have) + "-");
+        }
+        Request->SetResponseBodyFile(Target.string(), Case.bAppend);
+        std::shared_ptr<FOutcome> Outcome = Run(Request);
 
-    ASSERT_TRUE(Outcome->bConnectedSuccessfully);
-    EXPECT_EQ(Outcome->Response->GetResponseCode(), 206);
-    EXPECT_EQ(Outcome->Response->GetHeader("Content-Range"),
-        "bytes " + std::to_string(Have) + "-" + std::to_string(Blob.size() - 1) + "/" + std::to_string(Blob.size()));
-    EXPECT_TRUE(ReadFile(Target) == Blob);
-}
-
-TEST_F(CurlHttp, AnErrorAnswerCompletesAsConnectedInMemoryAndLeavesTheResponseFileAlone)
-{
-    const fs::path Target = Folder.Path() / "download.zip";
-    WriteFile(Target, "partial");
-    FHttpRequestPtr Request = NewRequest("GET", "/status/404");
-    Request->SetResponseBodyFile(Target.string(), true);
-    std::shared_ptr<FOutcome> Outcome = Run(Request);
-
-    EXPECT_TRUE(Outcome->bConnectedSuccessfully);
-    ASSERT_NE(Outcome->Response, nullptr);
-    EXPECT_EQ(Request->GetStatus(), EHttpRequestStatus::Succeeded);
-    EXPECT_EQ(Outcome->Response->GetResponseCode(), 404);
-    EXPECT_EQ(Outcome->Response->GetContentAsString(), "no such mod");
-    EXPECT_EQ(ReadFile(Target), "partial");
+        ASSERT_TRUE(Outcome->bConnectedSuccessfully);
+        EXPECT_EQ(Request->GetStatus(), EHttpRequestStatus::Succeeded);
+        EXPECT_EQ(Outcome->Response->GetResponseCode(), Case.Code);
+        EXPECT_TRUE(ReadTextFile(Target) == Case.After);
+        if (Case.Code == 404)
+        {
+            EXPECT_EQ(Outcome->Response->GetContentAsString(), "no such mod");
+            continue;
+        }
+        EXPECT_TRUE(Outcome->Response->GetContent().empty());
+        EXPECT_EQ(Outcome->Response->GetContentLength(), static_cast<int64>(Blob.size() - (Case.bAppend ? Have : 0)));
+    }
 }
 
 TEST_F(CurlHttp, HeaderCallbacksArriveBeforeCompletionWithTrimmedValues)
@@ -517,29 +504,24 @@ TEST_F(CurlHttp, CancellingARunningRequestCompletesItOnceAsAFailure)
     EXPECT_FALSE(Outcome->bCallbackAfterCompletion);
 }
 
-TEST_F(CurlHttp, CancellingBeforeProcessingCompletesOnceAndTheRequestCannotStart)
-{
-    FHttpRequestPtr Request = NewRequest("GET", "/hello");
-    std::shared_ptr<FOutcome> Outcome = Watch(Request);
-    Request->CancelRequest();
-    EXPECT_FALSE(Request->ProcessRequest());
-    ASSERT_TRUE(PumpUntil([&] { return Outcome->Completions > 0; }));
-    DrainWithAnotherRequest();
-    EXPECT_EQ(Outcome->Completions, 1);
-    EXPECT_FALSE(Outcome->bConnectedSuccessfully);
-    EXPECT_EQ(ReceivedCount(), 1u);
-}
-
-TEST_F(CurlHttp, ARequestIsProcessedOnlyOnce)
+// A request runs once; one cancelled before it starts completes once as a failure and never runs.
+TEST_F(CurlHttp, ARequestIsProcessedOnlyOnceAndNeverAfterACancel)
 {
     FHttpRequestPtr Request = NewRequest("GET", "/hello");
     std::shared_ptr<FOutcome> Outcome = Watch(Request);
     ASSERT_TRUE(Request->ProcessRequest());
     EXPECT_FALSE(Request->ProcessRequest());
-    ASSERT_TRUE(PumpUntil([&] { return Outcome->Completions > 0; }));
+    FHttpRequestPtr Cancelled = NewRequest("GET", "/hello");
+    std::shared_ptr<FOutcome> CancelledOutcome = Watch(Cancelled);
+    Cancelled->CancelRequest();
+    EXPECT_FALSE(Cancelled->ProcessRequest());
+    ASSERT_TRUE(PumpUntil([&] { return Outcome->Completions > 0 && CancelledOutcome->Completions > 0; }));
     EXPECT_FALSE(Request->ProcessRequest());
     DrainWithAnotherRequest();
     EXPECT_EQ(Outcome->Completions, 1);
+    EXPECT_TRUE(Outcome->bConnectedSuccessfully);
+    EXPECT_EQ(CancelledOutcome->Completions, 1);
+    EXPECT_FALSE(CancelledOutcome->bConnectedSuccessfully);
     EXPECT_EQ(ReceivedCount(), 2u);
 }
 

@@ -121,40 +121,9 @@ TEST_F(ModioSandboxTest, SecurityCodeIsUsedOnceUnknownOrExpired)
     EXPECT_EQ(RefOf(Exchange(Sandbox.LastCodeFor(ModderEmail))), 11012);
 }
 
-// A status or an error ref of 0 is not checked.
-TEST_F(ModioSandboxTest, RefusedRequestsAnswerTheirStatusAndErrorRef)
-{
-    struct FCase
-    {
-        std::string Name;
-        httplib::Result Result;
-        int Status;
-        int Ref;
-    };
-    std::vector<FCase> Cases;
-    Cases.push_back({ "invalid e-mail", Http->Post(Keyed("/v1/oauth/emailrequest"), httplib::Params{ { "email", "not an address" } }), 422, 13009 });
-    Cases.push_back({ "no api key", Http->Get(Mods), 0, 11000 });
-    Cases.push_back({ "malformed api key", Http->Get(Mods + "?api_key=short"), 0, 11001 });
-    Cases.push_back({ "wrong api key", Http->Get(Mods + "?api_key=ffffffffffffffffffffffffffffffff"), 401, 11002 });
-    Cases.push_back({ "write without a token", Http->Post(Keyed(Mods), httplib::MultipartFormDataItems{ { "name", "No Token", "", "" } }), 401, 0 });
-    Cases.push_back({ "me without a token", Http->Get(Keyed("/v1/me")), 0, 11059 });
-    Cases.push_back({ "unknown path", Http->Get(Keyed("/v1/nothing-here")), 0, 14000 });
-    Cases.push_back({ "unknown game", Http->Get(Keyed("/v1/games/2/mods")), 0, 14001 });
-    Cases.push_back({ "unknown mod", Http->Get(Keyed(Mods + "/999999")), 0, 15022 });
-    for (const FCase& Case : Cases)
-    {
-        SCOPED_TRACE(Case.Name);
-        ASSERT_TRUE(Case.Result);
-        EXPECT_TRUE(Case.Status == 0 || Case.Result->status == Case.Status) << Case.Result->status;
-        EXPECT_TRUE(Case.Ref == 0 || RefOf(Case.Result) == Case.Ref) << RefOf(Case.Result);
-    }
-    EXPECT_TRUE(BodyOf(Cases[0].Result)["error"]["errors"].contains("email"));
-    EXPECT_EQ(Http->Get(Keyed(Mods))->status, 200);
-    EXPECT_EQ(Http->Get(Mods, BearerFor(Sandbox.IssueTokenFor(ModderEmail)))->status, 200);
-}
-
-// What mod.io refuses and a lenient service would let through, each with mod.io's status and ref.
-TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
+// What mod.io refuses, including what a lenient service would let through, each with mod.io's
+// status and ref; a status or an error ref of 0 is not checked.
+TEST_F(ModioSandboxTest, RefusedRequestsAnswerModiosStatusAndErrorRef)
 {
     struct FCase
     {
@@ -165,6 +134,15 @@ TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
     };
     const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
     std::vector<FCase> Cases;
+    Cases.push_back({ "invalid e-mail", Http->Post(Keyed("/v1/oauth/emailrequest"), httplib::Params{ { "email", "not an address" } }), 422, 13009 });
+    Cases.push_back({ "no api key", Http->Get(Mods), 0, 11000 });
+    Cases.push_back({ "malformed api key", Http->Get(Mods + "?api_key=short"), 0, 11001 });
+    Cases.push_back({ "wrong api key", Http->Get(Mods + "?api_key=ffffffffffffffffffffffffffffffff"), 401, 11002 });
+    Cases.push_back({ "write without a token", Http->Post(Keyed(Mods), httplib::MultipartFormDataItems{ { "name", "No Token", "", "" } }), 401, 0 });
+    Cases.push_back({ "me without a token", Http->Get(Keyed("/v1/me")), 0, 11059 });
+    Cases.push_back({ "unknown path", Http->Get(Keyed("/v1/nothing-here")), 0, 14000 });
+    Cases.push_back({ "unknown game", Http->Get(Keyed("/v1/games/2/mods")), 0, 14001 });
+    Cases.push_back({ "unknown mod", Http->Get(Keyed(Mods + "/999999")), 0, 15022 });
     Cases.push_back({ "status-not", Http->Get(Keyed(Mods + "?status-not=3")), 403, 15025 });
     Cases.push_back({ "visible-lk", Http->Get(Keyed(Mods + "?visible-lk=1")), 403, 15025 });
     Cases.push_back({ "status-max on my mods", Http->Get("/v1/me/mods?status-max=1", BearerFor(Token)), 403, 15025 });
@@ -181,20 +159,14 @@ TEST_F(ModioSandboxTest, RefusesWhatModioRefuses)
     {
         SCOPED_TRACE(Case.Name);
         ASSERT_TRUE(Case.Result);
-        EXPECT_EQ(Case.Result->status, Case.Status) << Case.Result->body;
+        EXPECT_TRUE(Case.Status == 0 || Case.Result->status == Case.Status) << Case.Result->status << " " << Case.Result->body;
         EXPECT_TRUE(Case.Ref == 0 || RefOf(Case.Result) == Case.Ref) << RefOf(Case.Result);
     }
-    EXPECT_TRUE(BodyOf(Cases[3].Result)["error"]["errors"].contains("colour"));
+    EXPECT_TRUE(BodyOf(Cases[0].Result)["error"]["errors"].contains("email"));
+    EXPECT_TRUE(BodyOf(Cases[12].Result)["error"]["errors"].contains("colour"));
+    EXPECT_EQ(Http->Get(Keyed(Mods))->status, 200);
+    EXPECT_EQ(Http->Get(Mods, BearerFor(Token))->status, 200);
     EXPECT_EQ(GetList("status=1&visible-in=1&_sort=-downloads_today")["result_count"], GetList("")["result_count"]);
-}
-
-TEST_F(ModioSandboxTest, LogoutAnswersSuccessAndTheTokenIsRefusedAfterwards)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    const httplib::Result Logout = Http->Post("/v1/oauth/logout", BearerFor(Token), "", "application/x-www-form-urlencoded");
-    ASSERT_EQ(Logout->status, 200);
-    EXPECT_EQ(BodyOf(Logout)["success"], true);
-    EXPECT_EQ(RefOf(Http->Get("/v1/me", BearerFor(Token))), 11005);
 }
 
 // ---- Listing ----
@@ -238,35 +210,6 @@ TEST_F(ModioSandboxTest, AddModChecksLogoAndSummary)
 }
 
 // ---- Mod files and downloads ----
-
-TEST_F(ModioSandboxTest, AddedModfileGoesLiveAndDownloadsInRanges)
-{
-    const std::string Token = Sandbox.IssueTokenFor(ModderEmail);
-    const std::string Zip = ZipBytes({ { "Harbour/ReadMe.txt", std::string(3000, 'h') } });
-    const httplib::Result Added = AddModfile(Token, 1001,
-                                             { { "filedata", Zip, "harbour.zip", "application/zip" },
-                                               { "version", "1.2", "", "" },
-                                               { "filehash", FMd5::OfText(Zip), "", "" },
-                                               { "platforms[]", "windows", "", "" },
-                                               { "platforms[]", "source", "", "" } });
-    ASSERT_EQ(Added->status, 201) << Added->body;
-    const json Modfile = BodyOf(Added);
-    EXPECT_EQ(BodyOf(Http->Get(Keyed(Mods + "/1001")))["modfile"]["id"], Modfile["id"]);
-
-    const std::string Download = Modfile["download"]["binary_url"].get<std::string>().substr(Sandbox.GetBaseUrl().size());
-    const httplib::Result Part = Http->Get(Download, { { "Range", "bytes=5-14" } });
-    EXPECT_EQ(Part->status, 206);
-    EXPECT_EQ(Part->get_header_value("Content-Range"), "bytes 5-14/" + std::to_string(Zip.size()));
-    EXPECT_EQ(Part->body, Zip.substr(5, 10));
-
-    const httplib::Result Tail = Http->Get(Download, { { "Range", "bytes=100-" } });
-    EXPECT_EQ(Tail->status, 206);
-    EXPECT_EQ(Tail->body, Zip.substr(100));
-
-    const httplib::Result Beyond = Http->Get(Download, { { "Range", "bytes=" + std::to_string(Zip.size()) + "-" } });
-    EXPECT_EQ(Beyond->status, 416);
-    EXPECT_EQ(Beyond->get_header_value("Content-Range"), "bytes */" + std::to_string(Zip.size()));
-}
 
 TEST_F(ModioSandboxTest, ModfileMustBeAZipMatchingItsHash)
 {
@@ -333,18 +276,6 @@ TEST_F(ModioSandboxMultipart, ContentRangeErrorsNameWhatIsWrong)
     EXPECT_EQ(PutPart("bytes 0-9/100", Ten)->status, 400);
     ASSERT_EQ(PutPart("bytes 0-9/10", Ten)->status, 200);
     EXPECT_EQ(RefOf(PutPart("bytes 0-9/10", Ten)), 29015);
-}
-
-TEST_F(ModioSandboxMultipart, ANonceIsSpentOnceItsSessionCompletes)
-{
-    const auto Create = [this] { return Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n1" } }); };
-    EXPECT_EQ(BodyOf(Create())["upload_id"], UploadId) << "an open session is found again by its nonce";
-    ASSERT_EQ(PutPart("bytes 0-9/10", "0123456789")->status, 200);
-    ASSERT_EQ(Complete()->status, 200);
-    const httplib::Result Again = Create();
-    EXPECT_EQ(Again->status, 400);
-    EXPECT_EQ(RefOf(Again), 29002);
-    EXPECT_EQ(Http->Post(Sessions, BearerFor(Token), httplib::Params{ { "filename", "harbour.zip" }, { "nonce", "n2" } })->status, 200);
 }
 
 TEST_F(ModioSandboxMultipart, CompletingNeedsEveryPartAndDeletingEndsTheSession)

@@ -5,7 +5,7 @@
 #include "ModioService/SandboxZip.h"
 #include "Platform/RestModioSessionRequests.h"
 #include "Support/DefaultLogoBytes.h"
-#include "Support/RestSessionSubmitFixture.h"
+#include "Support/RestSessionFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ namespace
 constexpr int64 MiB = 1024 * 1024;
 constexpr int64 ServicePartSize = 50 * MiB;
 
-class RestModioSessionSubmit : public FRestSessionSubmitTest
+class RestModioSessionSubmit : public FRestSessionTest
 {
 protected:
     // A folder as the packager leaves it: nested files and an empty folder.
@@ -133,59 +133,47 @@ TEST_F(RestModioSessionSubmit, ModCreationWithoutAReadableLogoOrALoginFailsWitho
     EXPECT_TRUE(RequestsTo("POST", ModPath(ModderModId)).empty());
 }
 
-TEST_F(RestModioSessionSubmit, EditingOnlyTheMetadataLeavesTheOtherFieldsAsTheyWere)
+// Only what the edit names changes: the metadata alone, then the name and tags, an empty tag list, the logo.
+TEST_F(RestModioSessionSubmit, EditingChangesOnlyTheFieldsItNames)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     const json Before = GetJson(ModPath(ModderModId));
-    FModioEditModParams Params;
-    Params.MetadataBlob = "{\"type\":\"map\",\"VersionUUID\":7}";
-
-    const auto [Error, Info] = EditMod(*Session, ModderModId, Params);
+    FModioEditModParams Metadata;
+    Metadata.MetadataBlob = "{\"type\":\"map\",\"VersionUUID\":7}";
+    const auto [Error, Info] = EditMod(*Session, ModderModId, Metadata);
     ASSERT_FALSE(Error) << Error.GetErrorMessage();
     ASSERT_TRUE(Info);
     EXPECT_EQ(Info->ModId, ModderModId);
     EXPECT_EQ(Info->MetadataBlob, "{\"type\":\"map\",\"VersionUUID\":7}");
-
-    const json After = GetJson(ModPath(ModderModId));
+    json After = GetJson(ModPath(ModderModId));
     EXPECT_EQ(After["metadata_blob"], "{\"type\":\"map\",\"VersionUUID\":7}");
     EXPECT_EQ(After["name"], Before["name"]);
     EXPECT_EQ(After["summary"], Before["summary"]);
     EXPECT_EQ(TagsOf(After), TagsOf(Before));
     EXPECT_EQ(After["logo"], Before["logo"]);
     EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId)).size(), 1u);
-}
 
-TEST_F(RestModioSessionSubmit, EditingTagsReplacesThemAndAnEmptyListClearsThem)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    FModioEditModParams Params;
-    Params.Name = "Harbour Run Remastered";
-    Params.Tags = std::vector<std::string>{"Map", "Remaster"};
-    ASSERT_FALSE(EditMod(*Session, ModderModId, Params).first);
+    FModioEditModParams Tags;
+    Tags.Name = "Harbour Run Remastered";
+    Tags.Tags = std::vector<std::string>{"Map", "Remaster"};
+    ASSERT_FALSE(EditMod(*Session, ModderModId, Tags).first);
     EXPECT_EQ(TagsOf(GetJson(ModPath(ModderModId))), (std::vector<std::string>{"Map", "Remaster"}));
-
     FModioEditModParams Clear;
     Clear.Tags = std::vector<std::string>{};
     ASSERT_FALSE(EditMod(*Session, ModderModId, Clear).first);
     EXPECT_TRUE(TagsOf(GetJson(ModPath(ModderModId))).empty());
     EXPECT_EQ(GetJson(ModPath(ModderModId))["name"], "Harbour Run Remastered");
-}
 
-TEST_F(RestModioSessionSubmit, EditingTheLogoSendsTheNewFile)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    const json Before = GetJson(ModPath(ModderModId));
     const fs::path Logo = Temp.Path() / "night.png";
     WriteTextFile(Logo, DefaultLogoBytes());
-    FModioEditModParams Params;
-    Params.LogoPath = Logo.string();
-
-    ASSERT_FALSE(EditMod(*Session, ModderModId, Params).first);
-    const json After = GetJson(ModPath(ModderModId));
+    FModioEditModParams NewLogo;
+    NewLogo.LogoPath = Logo.string();
+    ASSERT_FALSE(EditMod(*Session, ModderModId, NewLogo).first);
+    After = GetJson(ModPath(ModderModId));
     EXPECT_EQ(After["logo"]["filename"], "night.png");
     EXPECT_EQ(GetBytes(After["logo"]["original"]), DefaultLogoBytes());
-    EXPECT_EQ(After["name"], Before["name"]);
-    EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId))[0].Headers.at("content-type").rfind("multipart/form-data; boundary=", 0), 0u);
+    EXPECT_EQ(After["name"], "Harbour Run Remastered");
+    EXPECT_EQ(RequestsTo("POST", ModPath(ModderModId)).back().Headers.at("content-type").rfind("multipart/form-data; boundary=", 0), 0u);
 }
 
 TEST_F(RestModioSessionSubmit, EditingSomeoneElsesModAnswersTheServicesRefusal)
@@ -286,7 +274,8 @@ TEST_F(RestModioSessionSubmit, ProgressGoesFromCompressingToUploadingCountingByt
     EXPECT_TRUE(bSawUploading);
 }
 
-TEST_F(RestModioSessionSubmit, AServiceErrorOnTheFilePostEndsWithItsErrorAndTheNextUploadWorks)
+// A service error or a dropped connection on the file post; the next upload works.
+TEST_F(RestModioSessionSubmit, AServiceErrorOrADroppedConnectionOnTheFilePostEndsWithItsError)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
     const fs::path Root = MakeModFolder();
@@ -298,19 +287,13 @@ TEST_F(RestModioSessionSubmit, AServiceErrorOnTheFilePostEndsWithItsErrorAndTheN
     EXPECT_TRUE(NoTemporaryFilesLeft());
     EXPECT_TRUE(NewestModfile(ModderModId)["version"] != "4") << "nothing was added";
 
+    Sandbox.InjectFault({ModPath(ModderModId) + "/files", "POST", 1, Sandbox::EFaultKind::CloseMidBody, 0, 0});
+    EXPECT_EQ(UploadAndWait(*Session, ModderModId, ParamsFor(Root)).Status.GetValue(), ModioErrorValue::HttpRequestFailed);
+    EXPECT_TRUE(NoTemporaryFilesLeft());
+
     const FModioModManagementEvent Retried = UploadAndWait(*Session, ModderModId, ParamsFor(Root));
     EXPECT_FALSE(Retried.Status) << Retried.Status.GetErrorMessage();
     EXPECT_EQ(NewestModfile(ModderModId)["version"], "4");
-    EXPECT_TRUE(NoTemporaryFilesLeft());
-}
-
-TEST_F(RestModioSessionSubmit, AConnectionDroppedOnTheFilePostIsAnHttpFailure)
-{
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    Sandbox.InjectFault({ModPath(ModderModId) + "/files", "POST", 1, Sandbox::EFaultKind::CloseMidBody, 0, 0});
-
-    const FModioModManagementEvent Event = UploadAndWait(*Session, ModderModId, ParamsFor(MakeModFolder()));
-    EXPECT_EQ(Event.Status.GetValue(), ModioErrorValue::HttpRequestFailed);
     EXPECT_TRUE(NoTemporaryFilesLeft());
 }
 
@@ -525,7 +508,7 @@ TEST_F(RestModioSessionSubmit, AnInterruptedMultipartUploadResumesWithoutResendi
 
     const json Modfile = NewestModfile(ModderModId);
     const std::map<std::string, std::string> Entries = ArchiveEntries(GetBytes(Modfile["download"]["binary_url"]));
-    EXPECT_TRUE(Entries.at("Content/Paks/Windows/UGC1001.ucas") == ReadBinaryFile(Root / "Content" / "Paks" / "Windows" / "UGC1001.ucas"))
+    EXPECT_TRUE(Entries.at("Content/Paks/Windows/UGC1001.ucas") == ReadTextFile(Root / "Content" / "Paks" / "Windows" / "UGC1001.ucas"))
         << "the joined parts are the archive";
     EXPECT_TRUE(NoTemporaryFilesLeft());
 }

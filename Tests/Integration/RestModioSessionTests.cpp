@@ -2,25 +2,18 @@
 // with owner-only permissions, and logging out, over the real HTTP adapter against the sandbox
 // service on loopback. Every completion must wait for RunPendingHandlers.
 
-#include "ModioService/ModioSandbox.h"
-#include "Platform/CurlHttp.h"
-#include "Platform/RestModioSession.h"
 #include "Common/StringUtil.h"
 #include "Platform/RestModioSessionRequests.h"
-#include "Platform/StandaloneTasks.h"
 #include "Platform/StoredLogin.h"
-#include "Support/SandboxAccounts.h"
-#include "Support/TempDir.h"
+#include "Support/RestSessionFixture.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
 #include <functional>
 #include <thread>
-
 
 using namespace Maptorn;
 using namespace Maptorn::Testing;
@@ -28,36 +21,9 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-class RestModioSession : public ::testing::Test
+class RestModioSession : public FRestSessionTest
 {
 protected:
-    RestModioSession()
-        : Sandbox(Sandbox::FSandboxOptions{0, "", 1, SandboxApiKey, true, true})
-    {
-        bStarted = Sandbox.Start(StartError);
-        LoginFile = Temp.Path() / "config" / "maptorn" / "login-1.json";
-    }
-
-    void SetUp() override { ASSERT_TRUE(bStarted) << StartError; }
-
-    void TearDown() override
-    {
-        for (const std::string& Message : ErrorMessages)
-        {
-            EXPECT_EQ(Message.find(SandboxApiKey), std::string::npos) << Message;
-            for (const std::string& Token : TokensSeen)
-            {
-                EXPECT_EQ(Message.find(Token), std::string::npos) << "an error message shows the token";
-            }
-        }
-    }
-
-    std::unique_ptr<FRestModioSession> MakeSession()
-    {
-        return std::make_unique<FRestModioSession>(Http, LoginFile.string());
-    }
-
     // Starts an operation and ticks like the host until its callback has run, which must happen
     // inside RunPendingHandlers and exactly once.
     FModioErrorCode Await(FRestModioSession& Session, const std::function<void(FOnErrorOnlyDelegate)>& Start)
@@ -75,51 +41,17 @@ protected:
             Tick(Session);
         }
         EXPECT_EQ(Calls, 1);
-        if (Result)
+        ErrorMessages.push_back(Result.GetErrorMessage());
+        if (!Session.GetAuthTokenAsString().empty())
         {
-            ErrorMessages.push_back(Result.GetErrorMessage());
-        }
-        const std::string Token = Session.GetAuthTokenAsString();
-        if (!Token.empty())
-        {
-            TokensSeen.push_back(Token);
+            Token = Session.GetAuthTokenAsString();
         }
         return Result;
     }
 
-    void Tick(FRestModioSession& Session)
+    FModioErrorCode RequestCode(FRestModioSession& Session)
     {
-        Tasks.PumpGameThread();
-        bInsidePendingHandlers = true;
-        Session.RunPendingHandlers();
-        bInsidePendingHandlers = false;
-    }
-
-    // A frame cap far beyond any stall timeout, so a hang fails instead of blocking.
-    void TickUntil(FRestModioSession& Session, const std::function<bool()>& Done)
-    {
-        for (int Frame = 0; Frame < 60 * 60 && !Done(); ++Frame)
-        {
-            Tick(Session);
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        ASSERT_TRUE(Done());
-    }
-
-    FModioErrorCode Initialize(FRestModioSession& Session, const std::string& BaseUrl)
-    {
-        FModioInitializeOptions Options;
-        Options.GameId = 1;
-        Options.ApiKey = SandboxApiKey;
-        Options.BaseUrl = BaseUrl;
-        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.InitializeAsync(Options, std::move(Done)); });
-    }
-
-    FModioErrorCode Initialize(FRestModioSession& Session) { return Initialize(Session, Sandbox.GetBaseUrl()); }
-
-    FModioErrorCode RequestCode(FRestModioSession& Session, const std::string& Email = ModderEmail)
-    {
-        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.RequestEmailAuthCodeAsync(Email, std::move(Done)); });
+        return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.RequestEmailAuthCodeAsync(ModderEmail, std::move(Done)); });
     }
 
     FModioErrorCode Authenticate(FRestModioSession& Session, const std::string& Code)
@@ -131,44 +63,12 @@ protected:
     {
         return Await(Session, [&](FOnErrorOnlyDelegate Done) { Session.VerifyUserAuthenticationAsync(std::move(Done)); });
     }
-
-    void LogIn(FRestModioSession& Session)
-    {
-        ASSERT_FALSE(Initialize(Session));
-        ASSERT_FALSE(RequestCode(Session));
-        const FModioErrorCode Error = Authenticate(Session, Sandbox.LastCodeFor(ModderEmail));
-        ASSERT_FALSE(Error) << Error.GetErrorMessage();
-    }
-
-    std::vector<Sandbox::FRecordedRequest> RequestsTo(const std::string& Path) const
-    {
-        std::vector<Sandbox::FRecordedRequest> Found;
-        for (const Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
-        {
-            if (Request.Path == Path)
-            {
-                Found.push_back(Request);
-            }
-        }
-        return Found;
-    }
-
-    FTempDir Temp;
-    Sandbox::FModioSandbox Sandbox;
-    bool bStarted = false;
-    std::string StartError;
-    fs::path LoginFile;
-    FStandaloneTasks Tasks;
-    FCurlHttp Http{Tasks, FCurlHttpOptions{5, 5, ""}};
-    bool bInsidePendingHandlers = false;
-    std::vector<std::string> ErrorMessages;
-    std::vector<std::string> TokensSeen;
 };
 }
 
 TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
 {
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
+    const auto Session = std::make_unique<FRestModioSession>(Http, LoginFile.string());
     FModioInitializeOptions Options;
     Options.ApiKey = SandboxApiKey;
     const FModioErrorCode Error = Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->InitializeAsync(Options, std::move(Done)); });
@@ -181,37 +81,31 @@ TEST_F(RestModioSession, InitializingWithoutGameIdOrApiKeyIsAConfigurationError)
 
 TEST_F(RestModioSession, TheLoginPostsEncodedFormsWithTheApiKeyAndChecksTheTokenWithMe)
 {
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
+    const std::unique_ptr<FRestModioSession> Session = MakeSession(false);
     ASSERT_FALSE(RequestCode(*Session));
     ASSERT_FALSE(Authenticate(*Session, "  " + Sandbox.LastCodeFor(ModderEmail) + "\n"));
 
-    const std::vector<Sandbox::FRecordedRequest> Requests = RequestsTo("/v1/oauth/emailrequest");
+    const std::vector<Sandbox::FRecordedRequest> Requests = RequestsTo("POST", "/v1/oauth/emailrequest");
     ASSERT_EQ(Requests.size(), 1u);
-    EXPECT_EQ(Requests[0].Method, "POST");
     EXPECT_EQ(Requests[0].Headers.at("content-type"), "application/x-www-form-urlencoded");
     EXPECT_EQ(Requests[0].Headers.at("accept"), "application/json");
     EXPECT_EQ(Requests[0].Headers.count("authorization"), 0u);
     EXPECT_EQ(Requests[0].Query.rfind("api_key=", 0), 0u);
     EXPECT_EQ(Requests[0].BodySize, std::string("email=modder%40example.com").size());
-    const std::vector<Sandbox::FRecordedRequest> Exchanges = RequestsTo("/v1/oauth/emailexchange");
+    const std::vector<Sandbox::FRecordedRequest> Exchanges = RequestsTo("POST", "/v1/oauth/emailexchange");
     ASSERT_EQ(Exchanges.size(), 1u);
-    EXPECT_EQ(Exchanges[0].Method, "POST");
     EXPECT_EQ(Exchanges[0].Headers.at("content-type"), "application/x-www-form-urlencoded");
     EXPECT_EQ(Exchanges[0].BodySize, std::string("security_code=").size() + 5) << "the code is sent trimmed";
-    const std::vector<Sandbox::FRecordedRequest> Checks = RequestsTo("/v1/me");
+    const std::vector<Sandbox::FRecordedRequest> Checks = RequestsTo("GET", "/v1/me");
     ASSERT_EQ(Checks.size(), 1u);
-    EXPECT_EQ(Checks[0].Method, "GET");
     EXPECT_EQ(Checks[0].Headers.at("authorization").rfind("Bearer ", 0), 0u);
 }
 
 TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
 {
-    TokensSeen.push_back(Sandbox.IssueTokenFor(ModderEmail));
-    ASSERT_TRUE(SaveStoredLogin(LoginFile.string(), FStoredLogin{TokensSeen.back(), 0, "https://g-1.modapi.io"}));
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
-    EXPECT_EQ(Session->GetAuthTokenAsString(), "");
+    Token = Sandbox.IssueTokenFor(ModderEmail);
+    ASSERT_TRUE(SaveStoredLogin(LoginFile.string(), FStoredLogin{Token, 0, "https://g-1.modapi.io"}));
+    const std::unique_ptr<FRestModioSession> Session = MakeSession(false);
     EXPECT_EQ(Verify(*Session).GetValue(), ModioRest::ErrorValue::NoAuthToken);
     EXPECT_TRUE(Sandbox.RequestLog().empty());
 }
@@ -219,8 +113,6 @@ TEST_F(RestModioSession, ALoginStoredForAnotherServiceIsNotUsed)
 TEST_F(RestModioSession, RequestingACodeWhileLoggedInAnswersAlreadyAuthenticatedWithoutARequest)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
-    Sandbox.ClearRequestLog();
 
     EXPECT_EQ(RequestCode(*Session).GetValue(), ModioErrorValue::UserAlreadyAuthenticated);
     EXPECT_EQ(Authenticate(*Session, "ABCDE").GetValue(), ModioErrorValue::UserAlreadyAuthenticated);
@@ -230,7 +122,6 @@ TEST_F(RestModioSession, RequestingACodeWhileLoggedInAnswersAlreadyAuthenticated
 TEST_F(RestModioSession, AnExpiredTokenFailsVerificationAndTheStoredLoginIsForgotten)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
     Sandbox.ExpireToken(Session->GetAuthTokenAsString());
 
     const FModioErrorCode Error = Verify(*Session);
@@ -243,8 +134,7 @@ TEST_F(RestModioSession, AnExpiredTokenFailsVerificationAndTheStoredLoginIsForgo
 
 TEST_F(RestModioSession, AServiceFaultOnTheCodeRequestIsAnErrorWithItsMessage)
 {
-    const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    ASSERT_FALSE(Initialize(*Session));
+    const std::unique_ptr<FRestModioSession> Session = MakeSession(false);
     Sandbox.InjectFault({"/v1/oauth/emailrequest", "POST", 1, Sandbox::EFaultKind::Status, 500, 0});
 
     const FModioErrorCode Error = RequestCode(*Session);
@@ -257,7 +147,6 @@ TEST_F(RestModioSession, AServiceFaultOnTheCodeRequestIsAnErrorWithItsMessage)
 TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
     Sandbox.InjectFault({"/v1/me", "GET", 4, Sandbox::EFaultKind::CloseMidBody, 0, 0});
 
     const FModioErrorCode Error = Verify(*Session);
@@ -270,7 +159,6 @@ TEST_F(RestModioSession, AnAnswerCutShortIsAnHttpFailureAndKeepsTheLogin)
 TEST_F(RestModioSession, AfterShutdownNoRequestIsStarted)
 {
     const std::unique_ptr<FRestModioSession> Session = MakeSession();
-    LogIn(*Session);
     EXPECT_FALSE(Await(*Session, [&](FOnErrorOnlyDelegate Done) { Session->ShutdownAsync(std::move(Done)); }));
     Sandbox.ClearRequestLog();
 
@@ -282,8 +170,7 @@ TEST_F(RestModioSession, DestroyingTheSessionWithARequestRunningRunsNoCallback)
 {
     int Calls = 0;
     {
-        const std::unique_ptr<FRestModioSession> Session = MakeSession();
-        ASSERT_FALSE(Initialize(*Session));
+        const std::unique_ptr<FRestModioSession> Session = MakeSession(false);
         Sandbox.InjectFault({"/v1/oauth/emailrequest", "POST", 1, Sandbox::EFaultKind::Stall, 0, 300});
         Session->RequestEmailAuthCodeAsync(ModderEmail, [&](FModioErrorCode) { ++Calls; });
     }

@@ -71,37 +71,48 @@ std::size_t CountPipes(const std::string& DescriptorTargets)
 }
 }
 
-TEST_F(StandaloneProcesses, ArgumentsArriveAsWindowsWouldSplitThem)
+// The tool, in a folder with spaces, sees its arguments as Windows would split them.
+TEST_F(StandaloneProcesses, ArgumentsArriveAsWindowsWouldSplitThemToAToolInAFolderWithSpaces)
 {
-    const std::string Script = WriteScript("args.sh", PrintArgumentsScript);
+    const std::string Script = WriteScript("Program Files/My Tool/run tool.sh", PrintArgumentsScript);
     const FRun Result = Run(Script, "plain  \"with spaces\" \"\" \\\"quoted\\\" C:\\Dir\\file \"a\"\"b\" tab\tsplit");
     ASSERT_TRUE(Result.bCreated);
     EXPECT_EQ(Result.StdOut, "[plain]\n[with spaces]\n[]\n[\"quoted\"]\n[C:\\Dir\\file]\n[a\"b]\n[tab]\n[split]\n");
     EXPECT_EQ(Result.StdErr, "");
     EXPECT_EQ(Result.ReturnCode, 0);
+
+    const FRun PreQuoted = Run("\"" + Script + "\" -first", "-second");
+    ASSERT_TRUE(PreQuoted.bCreated);
+    EXPECT_EQ(PreQuoted.StdOut, "[-first]\n[-second]\n");
 }
 
-TEST_F(StandaloneProcesses, ExitCodeOfTheChildIsReturned)
+TEST_F(StandaloneProcesses, TheChildsExitCodeOrItsKillingSignalPlus128IsReturned)
 {
     const FRun Failed = Run(WriteScript("fail.sh", "exit 42\n"));
     ASSERT_TRUE(Failed.bCreated);
     EXPECT_EQ(Failed.ReturnCode, 42);
-}
 
-TEST_F(StandaloneProcesses, ChildKilledBySignalReturns128PlusTheSignal)
-{
-    const FRun Result = Run(WriteScript("crash.sh", "echo before\nkill -9 $$\necho after\n"));
-    ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(Result.ReturnCode, 128 + 9);
-    EXPECT_EQ(Result.StdOut, "before\n");
+    const FRun Killed = Run(WriteScript("crash.sh", "echo before\nkill -9 $$\necho after\n"));
+    ASSERT_TRUE(Killed.bCreated);
+    EXPECT_EQ(Killed.ReturnCode, 128 + 9);
+    EXPECT_EQ(Killed.StdOut, "before\n");
 }
 
 // Several megabytes on each stream, the error stream first, so a reader that drains one pipe to
-// its end before the other would hang with the child blocked on a full pipe.
-TEST_F(StandaloneProcesses, LargeOutputOnBothStreamsIsCapturedWithoutDeadlock)
+// its end before the other would hang with the child blocked on a full pipe. The echo sees every line.
+TEST_F(StandaloneProcesses, LargeOutputOnBothStreamsIsCapturedAndEchoedWithoutDeadlock)
 {
+    std::size_t LineCount = 0;
+    std::string LastLine;
+    Processes.SetOutputEcho([&](const std::string& Line, bool bIsStdErr)
+    {
+        LineCount += 1;
+        LastLine = bIsStdErr ? LastLine : Line;
+    });
     const FRun Result = Run(WriteScript("large.sh", "seq 1 400000 >&2\nseq 1 400000\nseq 400001 800000 >&2\n"));
     ASSERT_TRUE(Result.bCreated);
+    EXPECT_EQ(LineCount, 1200000u);
+    EXPECT_EQ(LastLine, "400000");
     EXPECT_EQ(Result.ReturnCode, 0);
     ASSERT_EQ(Result.StdOut.size(), NumberLines(1, 400000).size());
     EXPECT_TRUE(Result.StdOut == NumberLines(1, 400000));
@@ -118,38 +129,20 @@ TEST_F(StandaloneProcesses, MissingOrNonExecutableProgramIsNotCreated)
     }
 }
 
-TEST_F(StandaloneProcesses, ExecutableInAFolderWithSpacesRuns)
-{
-    const std::string Script = WriteScript("Program Files/My Tool/run tool.sh", PrintArgumentsScript);
-    const FRun Quoted = Run(Script, "-a \"b c\"");
-    ASSERT_TRUE(Quoted.bCreated);
-    EXPECT_EQ(Quoted.StdOut, "[-a]\n[b c]\n");
-
-    const FRun PreQuoted = Run("\"" + Script + "\" -first", "-second");
-    ASSERT_TRUE(PreQuoted.bCreated);
-    EXPECT_EQ(PreQuoted.StdOut, "[-first]\n[-second]\n");
-}
-
-TEST_F(StandaloneProcesses, ChildInheritsEnvironmentAndWorkingDirectory)
+// A tool that asks a question must not wait on, or take, the console's input: it reads its end.
+TEST_F(StandaloneProcesses, ChildInheritsEnvironmentAndWorkingDirectoryButNotTheConsolesInput)
 {
     ASSERT_EQ(::setenv("MAPTORN_PROCESSES_TEST", "inherited value", 1), 0);
     FRun Result;
     {
         Testing::FScopedWorkingDirectory WorkingDirectory(Folder.Path());
-        Result = Run(WriteScript("env.sh", "echo \"$MAPTORN_PROCESSES_TEST\"\npwd -P\n"));
+        Result = Run(WriteScript("env.sh",
+            "echo \"$MAPTORN_PROCESSES_TEST\"\npwd -P\nif read Line; then echo \"got $Line\"; else echo eof; fi\n"));
     }
     ::unsetenv("MAPTORN_PROCESSES_TEST");
 
     ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(Result.StdOut, "inherited value\n" + fs::canonical(Folder.Path()).string() + "\n");
-}
-
-// A tool that asks a question must not wait on, or take, the console's input.
-TEST_F(StandaloneProcesses, ChildReadsEndOfInputFromStandardInput)
-{
-    const FRun Result = Run(WriteScript("read.sh", "if read Line; then echo \"got $Line\"; else echo eof; fi\n"));
-    ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(Result.StdOut, "eof\n");
+    EXPECT_EQ(Result.StdOut, "inherited value\n" + fs::canonical(Folder.Path()).string() + "\neof\n");
 }
 
 TEST_F(StandaloneProcesses, EchoSeesEachLineOfBothStreamsAndOutputsAreStillCaptured)
@@ -169,22 +162,6 @@ TEST_F(StandaloneProcesses, EchoSeesEachLineOfBothStreamsAndOutputsAreStillCaptu
     EXPECT_EQ(StdErrLines, (std::vector<std::string>{"warning: x"}));
     EXPECT_EQ(Result.StdOut, "Cooking 1/2\nCooking 2/2\r\n\nDone");
     EXPECT_EQ(Result.StdErr, "warning: x\n");
-}
-
-TEST_F(StandaloneProcesses, EchoSeesEveryLineOfALargeOutput)
-{
-    std::size_t LineCount = 0;
-    std::string LastLine;
-    Processes.SetOutputEcho([&](const std::string& Line, bool)
-    {
-        ++LineCount;
-        LastLine = Line;
-    });
-    const FRun Result = Run(WriteScript("many.sh", "seq 1 200000\n"));
-    ASSERT_TRUE(Result.bCreated);
-    EXPECT_EQ(LineCount, 200000u);
-    EXPECT_EQ(LastLine, "200000");
-    EXPECT_TRUE(Result.StdOut == NumberLines(1, 200000));
 }
 
 // Each child must see only its own two pipes: another worker's pipe leaking into it would keep

@@ -2,7 +2,7 @@
 // limit or with a modfile whose checksum is not the archive's.
 
 #include "Platform/RestModioSessionRequests.h"
-#include "Support/RestSessionSubmitFixture.h"
+#include "Support/RestSessionFixture.h"
 #include "Support/TempDir.h"
 
 using namespace Maptorn;
@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace
 {
-class UploadChecksum : public FRestSessionSubmitTest
+class UploadChecksum : public FRestSessionTest
 {
 protected:
     FModioCreateModFileParams Params()

@@ -151,10 +151,6 @@ std::shared_ptr<FKelvorDefinition> FMemoryDefinitions::LoadObject(const std::str
 
 std::shared_ptr<FKelvorDefinition> FMemoryDefinitions::CreateDefinition(const std::string& PackageName, EModType Class)
 {
-    if (bRefuseCreation)
-    {
-        return nullptr;
-    }
     return Add(PackageName, Class);
 }
 
@@ -196,7 +192,6 @@ void FManualTasks::AsyncTask(ENamedThreads Thread, std::function<void()> Work)
 std::shared_ptr<ITaskHandle> FManualTasks::StartPoolTask(std::function<void()> Work)
 {
     auto Handle = std::make_shared<FManualTaskHandle>();
-    PoolHandles.push_back(Handle);
     BackgroundQueue.push_back([Handle, Work = std::move(Work)] {
         Work();
         Handle->bDone = true;
@@ -242,10 +237,9 @@ void FFakeModioSession::InitializeAsync(const FModioInitializeOptions& Options, 
     Complete("InitializeAsync", std::move(OnInitComplete));
 }
 
-FModioErrorCode FFakeModioSession::EnableModManagement(FOnModManagementDelegate Callback)
+FModioErrorCode FFakeModioSession::EnableModManagement(FOnModManagementDelegate)
 {
     Calls.push_back("EnableModManagement");
-    ModManagementCallback = std::move(Callback);
     return {};
 }
 

@@ -133,7 +133,6 @@ public:
     std::map<std::string, std::shared_ptr<FKelvorDefinition>> Objects;   // by object path
     std::vector<std::string> DirtyPackages;
     std::vector<std::string> SavedPackages;
-    bool bRefuseCreation = false;
 };
 
 class FRecordingProcesses final : public IMaptornProcesses
@@ -166,7 +165,6 @@ public:
 
     std::deque<std::function<void()>> GameThreadQueue;
     std::deque<std::function<void()>> BackgroundQueue;
-    std::vector<std::shared_ptr<FManualTaskHandle>> PoolHandles;
 };
 
 class FNullHttp final : public IMaptornHttp
@@ -204,7 +202,6 @@ public:
     std::vector<std::string> Calls;
     std::optional<FModioInitializeOptions> InitOptions;
     std::optional<EModioLogLevel> LogLevel;
-    FOnModManagementDelegate ModManagementCallback;
     std::optional<FModioModProgressInfo> CurrentProgress;
     FModioErrorCode NextResult;                  // what the next completion reports
     std::deque<std::function<void()>> Pending;

@@ -34,21 +34,6 @@ protected:
 };
 }
 
-TEST_F(ModuleLifecycle, SteamAppIdFileExistsOnlyWhileTheModuleIsLoaded)
-{
-    FMaptornModule Module(Fakes.Platform, Config);
-    Module.StartupModule();
-    EXPECT_EQ(ReadTextFile(Temp.Path() / "steam_appid.txt"), "1234560");
-
-    Module.ShutdownModule();
-    EXPECT_FALSE(fs::exists(Temp.Path() / "steam_appid.txt"));
-
-    // Reloading writes it again.
-    Module.StartupModule();
-    EXPECT_TRUE(fs::exists(Temp.Path() / "steam_appid.txt"));
-    Module.ShutdownModule();
-}
-
 TEST_F(ModuleLifecycle, StartupSetsTheDocumentedDefaultsAndCreatesTheServiceObjects)
 {
     FMaptornModule Module(Fakes.Platform, Config);

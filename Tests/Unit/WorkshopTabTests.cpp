@@ -38,20 +38,6 @@ TEST_F(WorkshopTabs, TheStripHoldsTheFivePagesInOrder)
     }
 }
 
-TEST_F(WorkshopTabs, LoggedOutTheAccountPageIsForcedButTheChosenTabIsRememberedForAfterLogin)
-{
-    EXPECT_TRUE(Tabs[2].Clicked());
-    EXPECT_EQ(Module.TabIndex, 2);
-    EXPECT_EQ(Controller.GetTabIndex(), 0);
-
-    Client->bIsLoggedIn = true;
-    EXPECT_EQ(Controller.GetTabIndex(), 2);
-
-    Client->bIsLoggedIn = false;
-    EXPECT_EQ(Controller.GetTabIndex(), 0);
-    EXPECT_EQ(Module.TabIndex, 2);
-}
-
 TEST_F(WorkshopTabs, WithoutAClientTheChosenTabIsShown)
 {
     Module.ModioClient.reset();

@@ -1,4 +1,4 @@
-#include "Support/RestSessionSubmitFixture.h"
+#include "Support/RestSessionFixture.h"
 
 #include "Platform/StoredLogin.h"
 
@@ -7,14 +7,13 @@
 
 #include <chrono>
 #include <fstream>
-#include <iterator>
 #include <thread>
 
 namespace fs = std::filesystem;
 
 namespace Maptorn::Testing
 {
-FRestSessionSubmitTest::FRestSessionSubmitTest()
+FRestSessionTest::FRestSessionTest()
     : Sandbox(Sandbox::FSandboxOptions{0, "", 1, ApiKey, true, true})
 {
     bStarted = Sandbox.Start(StartError);
@@ -22,13 +21,13 @@ FRestSessionSubmitTest::FRestSessionSubmitTest()
     UploadFolder = Temp.Path() / "uploads";
 }
 
-void FRestSessionSubmitTest::SetUp()
+void FRestSessionTest::SetUp()
 {
     ASSERT_TRUE(bStarted) << StartError;
     fs::create_directories(UploadFolder);
 }
 
-void FRestSessionSubmitTest::TearDown()
+void FRestSessionTest::TearDown()
 {
     for (const FModioModManagementEvent& Event : Events)
     {
@@ -41,7 +40,7 @@ void FRestSessionSubmitTest::TearDown()
     }
 }
 
-std::unique_ptr<FRestModioSession> FRestSessionSubmitTest::MakeSession(bool bLoggedIn)
+std::unique_ptr<FRestModioSession> FRestSessionTest::MakeSession(bool bLoggedIn)
 {
     if (bLoggedIn)
     {
@@ -67,7 +66,7 @@ std::unique_ptr<FRestModioSession> FRestSessionSubmitTest::MakeSession(bool bLog
     return Session;
 }
 
-void FRestSessionSubmitTest::Tick(FRestModioSession& Session)
+void FRestSessionTest::Tick(FRestModioSession& Session)
 {
     Tasks.PumpGameThread();
     bInsidePendingHandlers = true;
@@ -75,7 +74,7 @@ void FRestSessionSubmitTest::Tick(FRestModioSession& Session)
     bInsidePendingHandlers = false;
 }
 
-void FRestSessionSubmitTest::TickUntil(FRestModioSession& Session, const std::function<bool()>& Done)
+void FRestSessionTest::TickUntil(FRestModioSession& Session, const std::function<bool()>& Done)
 {
     for (int Frame = 0; Frame < 60 * 600 && !Done(); ++Frame)
     {
@@ -85,7 +84,7 @@ void FRestSessionSubmitTest::TickUntil(FRestModioSession& Session, const std::fu
     ASSERT_TRUE(Done());
 }
 
-FModioModManagementEvent FRestSessionSubmitTest::UploadAndWait(FRestModioSession& Session, FModioModID Mod,
+FModioModManagementEvent FRestSessionTest::UploadAndWait(FRestModioSession& Session, FModioModID Mod,
     const FModioCreateModFileParams& Params)
 {
     const std::size_t Before = Events.size();
@@ -116,7 +115,7 @@ FModioModManagementEvent FRestSessionSubmitTest::UploadAndWait(FRestModioSession
     return Events.back();
 }
 
-nlohmann::json FRestSessionSubmitTest::GetJson(const std::string& PathAndQuery) const
+nlohmann::json FRestSessionTest::GetJson(const std::string& PathAndQuery) const
 {
     httplib::Client Service("127.0.0.1", Sandbox.GetPort());
     const char* Separator = PathAndQuery.find('?') == std::string::npos ? "?" : "&";
@@ -124,14 +123,14 @@ nlohmann::json FRestSessionSubmitTest::GetJson(const std::string& PathAndQuery) 
     return Answer ? nlohmann::json::parse(Answer->body, nullptr, false) : nlohmann::json();
 }
 
-std::string FRestSessionSubmitTest::GetBytes(const std::string& Url) const
+std::string FRestSessionTest::GetBytes(const std::string& Url) const
 {
     httplib::Client Service("127.0.0.1", Sandbox.GetPort());
     const httplib::Result Answer = Service.Get(Url.substr(Sandbox.GetBaseUrl().size()));
     return Answer && Answer->status == 200 ? Answer->body : std::string();
 }
 
-nlohmann::json FRestSessionSubmitTest::NewestModfile(FModioModID Mod) const
+nlohmann::json FRestSessionTest::NewestModfile(FModioModID Mod) const
 {
     nlohmann::json Newest;
     const nlohmann::json Page = GetJson(ModPath(Mod) + "/files?_limit=100");
@@ -145,7 +144,7 @@ nlohmann::json FRestSessionSubmitTest::NewestModfile(FModioModID Mod) const
     return Newest;
 }
 
-std::map<std::string, std::string> FRestSessionSubmitTest::ArchiveEntries(const std::string& ArchiveBytes) const
+std::map<std::string, std::string> FRestSessionTest::ArchiveEntries(const std::string& ArchiveBytes) const
 {
     const fs::path ArchivePath = Temp.Path() / "downloaded.zip";
     {
@@ -177,7 +176,7 @@ std::map<std::string, std::string> FRestSessionSubmitTest::ArchiveEntries(const 
     return Entries;
 }
 
-std::vector<Sandbox::FRecordedRequest> FRestSessionSubmitTest::RequestsTo(const std::string& Method, const std::string& Path) const
+std::vector<Sandbox::FRecordedRequest> FRestSessionTest::RequestsTo(const std::string& Method, const std::string& Path) const
 {
     std::vector<Sandbox::FRecordedRequest> Found;
     for (const Sandbox::FRecordedRequest& Request : Sandbox.RequestLog())
@@ -190,7 +189,7 @@ std::vector<Sandbox::FRecordedRequest> FRestSessionSubmitTest::RequestsTo(const 
     return Found;
 }
 
-bool FRestSessionSubmitTest::NoTemporaryFilesLeft() const
+bool FRestSessionTest::NoTemporaryFilesLeft() const
 {
     std::error_code Error;
     return fs::is_empty(UploadFolder, Error) && !Error;
@@ -218,11 +217,5 @@ void WriteRandomFile(const fs::path& File, int64 Size, uint64 Seed)
         Out.write(Chunk.data(), static_cast<std::streamsize>(Piece));
         Written += Piece;
     }
-}
-
-std::string ReadBinaryFile(const fs::path& File)
-{
-    std::ifstream In(File, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(In), std::istreambuf_iterator<char>());
 }
 }

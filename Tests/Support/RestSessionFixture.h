@@ -4,6 +4,7 @@
 #include "Platform/CurlHttp.h"
 #include "Platform/RestModioSession.h"
 #include "Platform/StandaloneTasks.h"
+#include "Support/SandboxAccounts.h"
 #include "Support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -18,18 +19,17 @@
 
 namespace Maptorn::Testing
 {
-// The standalone mod.io session creating mods and uploading mod files to the seeded sandbox on
-// loopback, over the real HTTP adapter. The host's tick is imitated: pump the game thread, then
-// RunPendingHandlers; every callback and event must come from inside the latter.
-class FRestSessionSubmitTest : public ::testing::Test
+// The standalone mod.io session against the seeded sandbox on loopback, over the real HTTP
+// adapter. The host's tick is imitated: pump the game thread, then RunPendingHandlers; every
+// callback and event must come from inside the latter.
+class FRestSessionTest : public ::testing::Test
 {
 protected:
-    static constexpr const char* ApiKey = "0123456789abcdef0123456789abcdef";
-    static constexpr const char* ModderEmail = "modder@example.com";
+    static constexpr const char* ApiKey = SandboxApiKey;
     static constexpr FModioModID ModderModId = 1001;  // seeded, the modder's
     static constexpr FModioModID StrangerModId = 1005; // seeded, someone else's
 
-    FRestSessionSubmitTest();
+    FRestSessionTest();
     void SetUp() override;
     void TearDown() override;
 
@@ -72,5 +72,4 @@ protected:
 
 // Bytes that do not compress, from a fixed seed: the archive is as big as its input.
 void WriteRandomFile(const std::filesystem::path& File, int64 Size, uint64 Seed);
-std::string ReadBinaryFile(const std::filesystem::path& File);
 }
