@@ -229,26 +229,3 @@ TEST_F(BuildPipeline, TheDeployWritesTheManifestWhenNoPlatformIsChosen)
     EXPECT_TRUE(Standin().ReadRecord().empty());
 }
 
-TEST_F(BuildPipeline, ThePlatformDeployCooksTheWindowsMapWhenBothAreChosen)
-{
-    FMaptornModule Module(Platform, FMaptornConfig{});
-    Module.SVR = std::make_unique<FSVRInterface>(Platform);
-    Module.SVR->MapName = "Harbour";
-    ASSERT_TRUE(Module.SVR->CreateMapDefinition("Harbour"));
-    Module.bWindowsPlatform = true;
-    Module.bAndroidPlatform = true;
-    Module.bBusy = true;
-
-    EXPECT_FALSE(RunWorkshopDeploy(Module)) << "no map linked yet";
-    EXPECT_TRUE(Fakes.Log.Has("MaptornLog", ELogVerbosity::Error, "Please specify a map in the Definition file!"));
-    EXPECT_TRUE(Standin().ReadRecord().empty());
-    EXPECT_FALSE(Module.bBusy);
-
-    Module.SVR->GetMapDefinition()->Map = "/Game/CustomMaps/SVR_Harbour/Harbour.Harbour";
-    Module.bBusy = true;
-    EXPECT_TRUE(RunWorkshopDeploy(Module));
-    ASSERT_EQ(Standin().ReadRecord().size(), 1u);
-    EXPECT_EQ(Standin().ReadRecord()[0].Argv.at(3), "-targetplatform=Windows+LinuxServer");
-    EXPECT_EQ(ReadTextFile(Saved("WorkshopCook.txt")), "Build:0");
-    EXPECT_FALSE(Module.bBusy);
-}

@@ -313,13 +313,11 @@ TEST_F(MaptornCli, BrowseAndModsTalkToModioAndShowTheBrowsersStatusWords)
 
 // Against the strict service: every sort key is one mod.io documents, and a search is one
 // encoded name filter, whatever characters it holds.
-TEST_F(MaptornCli, EverySortAndASearchWithQueryCharactersReachTheStrictService)
+TEST_F(MaptornCli, EverySortWordReachesTheStrictService)
 {
     Sandbox::FModioSandbox Service(Sandbox::FSandboxOptions{0, "", 1, "0123456789abcdef0123456789abcdef", true, true});
     std::string Error;
     ASSERT_TRUE(Service.Start(Error)) << Error;
-    const std::string Odd = "a b&_limit=1";
-    PublishSourceMod(Service, Odd);
     WriteTextFile(Temp.Path() / "api-key", "0123456789abcdef0123456789abcdef");
     const std::string Modio = "--modio-url " + Service.GetBaseUrl() + " --modio-game-id 1 --modio-api-key-file " + Quote(Temp.Dir() + "api-key") + " ";
 
@@ -328,16 +326,6 @@ TEST_F(MaptornCli, EverySortAndASearchWithQueryCharactersReachTheStrictService)
         const FRun Browse = Run(InSample() + Modio + "browse --json --sort " + Sort);
         EXPECT_EQ(Browse.ExitCode, 0) << Sort << Browse.Err;
     }
-    Service.ClearRequestLog();
-    const FRun Search = Run(InSample() + Modio + "browse --json --search " + Quote(Odd));
-    ASSERT_EQ(Search.ExitCode, 0) << Search.Err;
-    const nlohmann::json Found = nlohmann::json::parse(Search.Out, nullptr, false);
-    ASSERT_EQ(Found["mods"].size(), 1u) << Search.Out;
-    EXPECT_EQ(Found["mods"][0]["name"], Odd);
-    const std::vector<Sandbox::FRecordedRequest> Log = Service.RequestLog();
-    const auto Query = std::find_if(Log.begin(), Log.end(), [](const Sandbox::FRecordedRequest& Request) { return Request.Path == "/v1/games/1/mods"; });
-    ASSERT_NE(Query, Log.end());
-    EXPECT_NE(Query->Query.find("&name-lk=%2Aa%20b%26_limit%3D1%2A&_offset=0&_limit=20"), std::string::npos) << Query->Query;
 }
 
 TEST_F(MaptornCli, BrowseWithoutModioSettingsOrServiceSaysWhatToDo)

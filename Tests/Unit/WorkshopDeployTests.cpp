@@ -70,22 +70,6 @@ TEST_F(WorkshopDeploy, StageIsRefusedWhileBusyThenWithoutAnInstallThenWithoutSte
     EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
 }
 
-TEST_F(WorkshopDeploy, StageCooksTheProjectMapForWindowsOnAWorkerAndEndsIdle)
-{
-    ReadyToStage();
-    AddMapDefinition();
-    Controller.StageButtonClicked();
-    EXPECT_TRUE(Module.bBusy);
-    ASSERT_EQ(Fakes.Tasks.BackgroundQueue.size(), 1u);
-    EXPECT_TRUE(Fakes.Processes.Calls.empty());
-
-    Fakes.Tasks.RunBackground();
-    ASSERT_EQ(Fakes.Processes.Calls.size(), 1u);
-    EXPECT_NE(Fakes.Processes.Calls[0].second.find("-targetplatform=Windows+LinuxServer"), std::string::npos);
-    EXPECT_NE(Fakes.Processes.Calls[0].second.find(" -map=/Game/CustomMaps/SVR_arena/Arena"), std::string::npos);
-    EXPECT_FALSE(Module.bBusy);
-}
-
 TEST_F(WorkshopDeploy, AStageWithoutAMapCooksNothingAndAFailedCookStillEndsIdle)
 {
     ReadyToStage();
@@ -128,19 +112,6 @@ TEST_F(WorkshopDeploy, DeployIsRefusedWhileBusy)
     Controller.SubmitVeskoClicked();
     EXPECT_TRUE(HasError("Busy! can't deploy at this time"));
     EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
-}
-
-TEST_F(WorkshopDeploy, DeployWritesTheManifestOnAWorkerAndEndsIdle)
-{
-    AddMapDefinition();
-    Controller.OnAndroidBuildPlatformsChanged(ECheckBoxState::Unchecked);
-    Controller.SubmitVeskoClicked();
-    EXPECT_TRUE(Module.bBusy);
-    ASSERT_EQ(Fakes.Tasks.BackgroundQueue.size(), 1u);
-
-    Fakes.Tasks.RunBackground();
-    EXPECT_FALSE(Module.bBusy);
-    EXPECT_TRUE(std::filesystem::exists(Project.Path() / "Saved/Cooked/Depot/SVR_arena/metadata.json"));
 }
 
 TEST_F(WorkshopDeploy, DeployPlatformChoicesWorkWithoutAClient)

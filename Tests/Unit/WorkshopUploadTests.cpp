@@ -117,24 +117,6 @@ TEST_F(WorkshopUpload, StageModNeedsWindowsAndAnExistingStageFolder)
     EXPECT_EQ(Controller->GetStageModVisibility(), EVisibility::Hidden);
 }
 
-TEST_F(WorkshopUpload, StageModStagesAndUploadModUploadsTheChosenModAndWithoutOneNothing)
-{
-    Client->bStageOnly = true;
-    EXPECT_TRUE(Controller->UploadModButtonClicked());
-    EXPECT_TRUE(Client->bStageOnly);
-    Client->bStageOnly = false;
-    EXPECT_TRUE(Controller->StageModButtonClicked());
-    EXPECT_FALSE(Client->bStageOnly);
-
-    Controller->OnSelectUploadModClicked("99");
-    Controller->StageModButtonClicked();
-    EXPECT_TRUE(Client->bStageOnly);
-    Controller->UploadModButtonClicked();
-    EXPECT_FALSE(Client->bStageOnly);
-    // The orchestration was asked for the chosen id both times.
-    EXPECT_EQ(Fakes.Log.CountMessage("Cannot find mod 99"), 2);
-}
-
 TEST_F(WorkshopUpload, CheckBoxesSetTheirChoiceAndSayWhatChanged)
 {
     Controller->OnModioBuildWindowsStateChanged(ECheckBoxState::Checked);
@@ -214,21 +196,6 @@ TEST_F(WorkshopUpload, ProgressReadsPackagingUntilTheUploadStartsThenNamesTheSte
     Client->StepsQueued = 1;
     Client->UploadProgress = 0.057f;
     EXPECT_EQ(Controller->GetBuildProgressText(), "Compressing 3/3 - 5%");
-}
-
-TEST_F(WorkshopUpload, TheListRebuildMakesOneRowPerOwnModInOrder)
-{
-    int Rebuilt = 0;
-    Controller->ViewEvents.UploadRowsRebuilt = [&Rebuilt] { ++Rebuilt; };
-    Controller->RefreshUploadModList();
-    ASSERT_EQ(Controller->GetUploadRows().size(), 3u);
-    EXPECT_EQ(Controller->GetUploadRows()[2].GetModInfo().PluginName, "UGC13");
-
-    Client->OwnMods = {OwnMod("UGC20", EModType::Mod)};
-    Client->OnUploadListUpdated.Broadcast();
-    ASSERT_EQ(Controller->GetUploadRows().size(), 1u);
-    EXPECT_EQ(Controller->GetUploadRows()[0].GetModInfo().PluginName, "UGC20");
-    EXPECT_EQ(Rebuilt, 2);
 }
 
 TEST_F(WorkshopUpload, ARowOutlivingItsWindowChoosesNothing)
