@@ -75,28 +75,6 @@ TEST_F(Packaging, StagingForWindowsRunsOnlyTheClientIntoTheStageFolderAndQueuesN
     EXPECT_TRUE(bCompleted);
 }
 
-TEST_F(Packaging, UploadsQueueEveryPlatformFolderInTheFixedOrder)
-{
-    Client.bBuildWindows = true;
-    Client.bBuildAndroid = true;
-    RunTask();
-    ASSERT_EQ(Fakes.Processes.Calls.size(), 4u);
-    EXPECT_NE(Fakes.Processes.Calls[0].second.find("-PlatformDir=\"Windows\""), std::string::npos);
-    EXPECT_NE(Fakes.Processes.Calls[1].second.find("-PlatformDir=\"LinuxKelServer\""), std::string::npos);
-    EXPECT_NE(Fakes.Processes.Calls[2].second.find("-cookflavor=\"ASTC\""), std::string::npos);
-    EXPECT_NE(Fakes.Processes.Calls[3].second.find("-targetplatform=\"Linux\""), std::string::npos);
-    const std::vector<std::pair<uint8, std::string>> Expected = {
-        {0, Workshop() + "/UGC12/Windows"},
-        {2, Workshop() + "/UGC12/LinuxKelServer"},
-        {10, Workshop() + "/UGC12/Android_ASTC"},
-        {1, Workshop() + "/UGC12/LinuxVeskoServer"},
-    };
-    EXPECT_EQ(Client.PendingPlatforms, Expected);
-    EXPECT_TRUE(Fakes.Log.Has("MaptornLog", ELogVerbosity::Log, "Adding Folder to Upload Queue " + Workshop() + "/UGC12/Windows"));
-    EXPECT_TRUE(fs::exists(Workshop() + "/UGC12/metadata.json"));
-    EXPECT_TRUE(bCompleted);
-}
-
 TEST_F(Packaging, AndroidBuildsStageFromTheWorkshopFolderEvenWhenStaging)
 {
     Client.bBuildAndroid = true;

@@ -103,17 +103,6 @@ TEST_F(PakBuilderTest, ARelativeSavedFolderIsMadeAbsoluteAgainstTheBaseFolder)
     EXPECT_NE(Fakes.Processes.Calls[0].second.find("-create=\"" + Saved() + "custommap_paklist.txt\""), std::string::npos);
 }
 
-TEST_F(PakBuilderTest, AMissingCookedFolderGivesAnEmptyListAndTheToolStillRuns)
-{
-    Fakes.Definitions.Add("/UGC12/definition", EModType::Map);
-    WriteTextFile(Saved() + "custommap_paklist.txt", "\"stale\" \"../../../UGCCustomMaps/stale\"\r\n");
-
-    Build();
-    EXPECT_TRUE(fs::exists(Saved() + "custommap_paklist.txt"));
-    EXPECT_EQ(PakList(), "");
-    EXPECT_EQ(Fakes.Processes.Calls.size(), 1u);
-}
-
 TEST_F(PakBuilderTest, TheDefinitionsKindChoosesTheMountAndTheMetadataType)
 {
     Fakes.Definitions.Add("/UGC12/definition", EModType::GameMode);

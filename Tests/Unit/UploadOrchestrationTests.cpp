@@ -140,26 +140,6 @@ TEST_F(UploadOrchestration, ASharedSourceIsStampedUploadedWithoutItsSavedFolderA
     EXPECT_EQ(MessageBoxesReading("Upload Complete"), 1) << "a late duplicate event changes nothing";
 }
 
-TEST_F(UploadOrchestration, PlatformsFollowEachOtherAfterAOneSecondPause)
-{
-    Client.bIsModioBusy = Client.bIsUploading = true;
-    Client.UploadModId = "42";
-    Client.PendingPlatforms = {{0, "/cooked/UGC42/Windows"}, {3, "/cooked/UGC42/Android"}};
-    Client.CurrentPlatform = 0;
-    Event();
-    EXPECT_EQ(Client.CurrentPlatform, 3);
-    EXPECT_FLOAT_EQ(Client.NextUploadDelay, 1.0f);
-    EXPECT_EQ(MessageBoxesReading("Upload Complete"), 0);
-    EXPECT_TRUE(Client.bIsUploading);
-
-    Client.StartNextPlatformUpload();
-    ASSERT_EQ(Fakes.Session.ModFileParams.size(), 1u);
-    EXPECT_EQ(Fakes.Session.ModFileParams[0].RootDirectory, "/cooked/UGC42/Android/UGC42/");
-    Event();
-    EXPECT_EQ(MessageBoxesReading("Upload Complete"), 1);
-    EXPECT_FALSE(Client.bIsUploading);
-}
-
 TEST_F(UploadOrchestration, ALateRequestFailureIsToleratedOnlyAfterEveryByteWentOut)
 {
     Client.bIsModioBusy = Client.bIsUploading = true;

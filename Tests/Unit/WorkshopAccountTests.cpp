@@ -14,21 +14,6 @@ class WorkshopAccount : public FWorkshopTest
 };
 }
 
-TEST_F(WorkshopAccount, AgreeingToTheTermsOpensTheEmailStepUnlessLoggedInWhichShowsTheLoggedInSlot)
-{
-    EXPECT_EQ(Controller.GetLoginIndex(), 0);
-    EXPECT_TRUE(Controller.AgreedToTerms());
-    EXPECT_EQ(Client->LoginIndex, 1);
-    EXPECT_EQ(Controller.GetLoginIndex(), 1);
-
-    Client->LoginIndex = 2;
-    Client->bIsLoggedIn = true;
-    Controller.AgreedToTerms();
-    EXPECT_EQ(Client->LoginIndex, 2);
-    EXPECT_EQ(Controller.GetLoginIndex(), 3);
-    EXPECT_TRUE(Controller.IsAuthenticated());
-}
-
 TEST_F(WorkshopAccount, RequestNewAuthCodeGoesBackToTheEmailStepWithoutSending)
 {
     Client->LoginIndex = 2;
