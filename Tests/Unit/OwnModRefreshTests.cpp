@@ -44,17 +44,6 @@ protected:
 };
 }
 
-TEST_F(OwnModRefresh, TheRequestAsksForTheUsersLiveModsWithTheBearerToken)
-{
-    Refresh({true, 200, R"({"data": []})"});
-    ASSERT_EQ(Http.Sent.size(), 1u);
-    EXPECT_EQ(Http.Sent[0]->GetVerb(), "GET");
-    EXPECT_EQ(Http.Sent[0]->GetURL(), "https://g-7.modapi.io/v1/me/mods?game_id=7");
-    EXPECT_EQ(Http.Sent[0]->GetHeader("Authorization"), "Bearer tok");
-    EXPECT_EQ(Http.Sent[0]->GetHeader("Accept"), "application/json");
-    EXPECT_FALSE(Client.bOwnModRefreshBusy);
-}
-
 TEST_F(OwnModRefresh, OnlyLiveModsWithALocalPluginAreListedWithTheirVersions)
 {
     FPluginInfo Deleted;

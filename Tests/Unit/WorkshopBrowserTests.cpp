@@ -67,18 +67,6 @@ protected:
 };
 }
 
-TEST_F(WorkshopBrowser, PageOneOfOneDisablesBothPagingButtons)
-{
-    ShowPage(1, 1);
-    EXPECT_FALSE(Controller->IsNextPageEnabled());
-    EXPECT_FALSE(Controller->IsPreviousPageEnabled());
-    EXPECT_TRUE(Controller->CanGatherSourceMods());
-
-    Controller->OnNextModPageClicked();
-    Controller->OnPreviousModPageClicked();
-    EXPECT_TRUE(Http.Sent.empty());
-}
-
 TEST_F(WorkshopBrowser, PagingWaitsForTheRunningQuery)
 {
     ShowPage(2, 3);

@@ -114,17 +114,6 @@ TEST_F(WorkshopDeploy, DeployIsRefusedWhileBusy)
     EXPECT_TRUE(Fakes.Tasks.BackgroundQueue.empty());
 }
 
-TEST_F(WorkshopDeploy, DeployPlatformChoicesWorkWithoutAClient)
-{
-    Module.ModioClient.reset();
-    Controller.OnWindowsBuildPlatformsChanged(ECheckBoxState::Checked);
-    Controller.OnAndroidBuildPlatformsChanged(ECheckBoxState::Checked);
-    EXPECT_TRUE(Module.bWindowsPlatform);
-    EXPECT_TRUE(Module.bAndroidPlatform);
-    Controller.OnWindowsBuildPlatformsChanged(ECheckBoxState::Unchecked);
-    EXPECT_FALSE(Module.bWindowsPlatform);
-}
-
 TEST_F(WorkshopDeploy, TheTypedMapNameIsKeptAsAFileNameWithUnderscores)
 {
     Controller.OnMapNameTextChanged("My map v2.final?");
