@@ -135,6 +135,7 @@ TEST_F(EditorJourney, AModCreatedOnTheCreatePageIsUploadedForEveryPlatformWithIt
 	ASSERT_TRUE(Window().Toggle("Android"));
 	Sandbox.ClearRequestLog();
 	SurfaceTestState::Get().FolderAnswers.push_back(StageDir);
+	EXPECT_TRUE(Window().Shows("Select your Steam Kelvor install directory to stage a map")) << Window().PrintTree();
 	ASSERT_TRUE(Press("Select Stage Directory"));
 	EXPECT_TRUE(Window().Shows("Stage Dir: " + StageDir)) << Window().PrintTree();
 	ASSERT_TRUE(Press("Stage Mod")) << Window().LastFailure();
