@@ -109,18 +109,6 @@ TEST_F(ModuleLifecycle, AFailedSdkInitialisationIsLoggedWithTheSdkMessage)
     Module.ShutdownModule();
 }
 
-TEST_F(ModuleLifecycle, TheModuleIsTickableWhileAClientOrADeployObjectExists)
-{
-    FMaptornModule Module(Fakes.Platform, Config);
-    EXPECT_FALSE(Module.IsTickable());
-    Module.SteamUGC = std::make_unique<FSteamWorkshopDeploy>();
-    EXPECT_TRUE(Module.IsTickable());
-    Module.SteamUGC.reset();
-    Module.StartupModule();
-    EXPECT_TRUE(Module.IsTickable());
-    Module.ShutdownModule();
-}
-
 TEST_F(ModuleLifecycle, GetReturnsTheOneModuleObject)
 {
     EXPECT_FALSE(FMaptornModule::IsAvailable());

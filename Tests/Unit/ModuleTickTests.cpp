@@ -66,17 +66,6 @@ TEST_F(ModuleTick, UploadProgressIsAWholePercentAsAFraction)
     EXPECT_TRUE(Client->bCompressing);
 }
 
-TEST_F(ModuleTick, ThePlatformPauseCountsDownToZeroAndStops)
-{
-    Client->NextUploadDelay = 1.0f;
-    Module.Tick(0.6f);
-    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.4f);
-    Module.Tick(0.6f);
-    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.0f);
-    Module.Tick(0.6f);
-    EXPECT_FLOAT_EQ(Client->NextUploadDelay, 0.0f);
-}
-
 TEST_F(ModuleTick, TheOwnModCountdownRunsOnlyWhileLoggedInAndIdle)
 {
     // A session that never comes up, so no verification moves the countdown.
