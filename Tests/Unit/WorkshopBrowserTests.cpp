@@ -141,6 +141,15 @@ TEST_F(WorkshopBrowser, AnsweredPagesReplaceTheRowsAndFailedOnesKeepThem)
     EXPECT_EQ(Rebuilt, 1);
 }
 
+TEST_F(WorkshopBrowser, ALogoArrivingRebuildsTheRowsFromTheClientsPage)
+{
+    Client->LastSourceModList.Mods = {CatalogueMod("1")};
+    Client->LastSourceModList.Mods[0].ThumbnailPath = "/cache/UGC1.png";
+    Client->OnSourceModImageCreated.Broadcast(Client->LastSourceModList.Mods[0]);
+    ASSERT_EQ(Controller->GetSourceModRows().size(), 1u);
+    EXPECT_EQ(Controller->GetSourceModRows()[0].GetModInfo().ThumbnailPath, "/cache/UGC1.png");
+}
+
 TEST_F(WorkshopBrowser, APluginAlreadyInTheProjectIsOnlyQueuedAfterYes)
 {
     AddProjectPlugin("UGC5");
