@@ -146,12 +146,3 @@ TEST_F(ModuleTick, AFailedDownloadOffersTheDownloadAgain)
     EXPECT_TRUE(Client->FinishedDownloads.empty());
 }
 
-TEST_F(ModuleTick, ADownloadStillRunningIsLeftAlone)
-{
-    Client->ActiveDownload = std::make_unique<FPluginModDownload>(Fakes.Platform);
-    Client->ActiveDownload->State = EPluginDownloadState::Downloading;
-    Client->DownloadQueue.push_back(CatalogueRecord("22"));
-    Module.Tick(0.016f);
-    EXPECT_NE(Client->ActiveDownload, nullptr);
-    EXPECT_EQ(Client->DownloadQueue.size(), 1u);
-}
