@@ -7,6 +7,7 @@
 #include "Content/ModDefinitions.h"
 #include "Modio/ModioInterface.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <set>
@@ -103,6 +104,7 @@ struct FWalk : std::enable_shared_from_this<FWalk>
     std::map<std::string, std::string> Names;
     std::map<std::string, FSourceModInfo> Found;
     std::set<std::string> Asked;
+    std::vector<std::string> Mentioned; // in the order mod.io named them
     int32 Pending = 0;
 
     FWalk(FModioInterface& InClient, std::function<void(FDependencyResolution)> InOnDone)
@@ -135,6 +137,7 @@ struct FWalk : std::enable_shared_from_this<FWalk>
             Names.emplace(Dependency.ModId, Dependency.Name);
             if (Asked.insert(Dependency.ModId).second)
             {
+                Mentioned.push_back(Dependency.ModId);
                 LookUp(Dependency.ModId);
             }
         }
@@ -165,6 +168,12 @@ struct FWalk : std::enable_shared_from_this<FWalk>
         {
             return;
         }
+        // The look-ups answer in any order; the unavailable ones are told in the order mod.io named them.
+        const auto Position = [this](const FUnavailableDependency& Dependency) {
+            return std::find(Mentioned.begin(), Mentioned.end(), Dependency.ModId) - Mentioned.begin();
+        };
+        std::stable_sort(Result.Unavailable.begin(), Result.Unavailable.end(),
+            [&](const FUnavailableDependency& Left, const FUnavailableDependency& Right) { return Position(Left) < Position(Right); });
         for (const std::string& ModId : OrderDependencies(Result.ModId, Edges, Found, Result.Cycles))
         {
             Result.Dependencies.push_back(Found[ModId]);
