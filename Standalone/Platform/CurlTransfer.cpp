@@ -1,5 +1,6 @@
 #include "Platform/CurlTransfer.h"
 
+#include "Common/FileHelper.h"
 #include "Common/StringUtil.h"
 #include "Platform/CurlDelivery.h"
 #include "Platform/CurlHttpRequest.h"
@@ -287,7 +288,11 @@ bool FCurlTransfer::WriteBody(const char* Data, size_t Size)
 
 bool FCurlTransfer::OpenResponseBodyFile()
 {
-    ResponseFile.reset(std::fopen(Setup.ResponseBodyFile.c_str(), Setup.bAppendResponseBody ? "ab" : "wb"));
+    // An empty file is appended to rather than truncated: ext4 takes the truncation of a file it
+    // holds for a rewrite in place and writes the file back the moment it closes, which costs a
+    // large download a synchronous flush. (The downloader makes the file before asking.)
+    const bool bAppend = Setup.bAppendResponseBody || FileSystem::FileSize(Setup.ResponseBodyFile) == 0;
+    ResponseFile.reset(std::fopen(Setup.ResponseBodyFile.c_str(), bAppend ? "ab" : "wb"));
     if (ResponseFile && Setup.ResponseBodyDigest)
     {
         struct stat Info;

@@ -164,7 +164,10 @@ EFormDataBodyError WriteBodyAroundFile(const std::string& Head, const std::optio
     FGrowingFile* Growing)
 {
     OutBodySize = 0;
-    FDescriptor Body(::open(NativePath::FromUtf8(BodyFile).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    // Only a file with bytes in it is truncated: ext4 takes the truncation of a file it holds for a
+    // rewrite in place and writes the whole body back when it closes, in the middle of the upload.
+    const int Truncate = FileSystem::FileSize(BodyFile) > 0 ? O_TRUNC : 0;
+    FDescriptor Body(::open(NativePath::FromUtf8(BodyFile).c_str(), O_WRONLY | O_CREAT | Truncate | O_CLOEXEC, 0644));
     if (Body.Value < 0 || !WriteAll(Body.Value, Head.data(), Head.size()))
     {
         return EFormDataBodyError::BodyNotWritable;
