@@ -44,6 +44,9 @@ struct FReplySource
     std::string Body;
     std::optional<FFileSlice> File;
     std::ifstream Stream;
+    // One buffer for the whole reply, reused piece after piece.
+    static constexpr uint64 ChunkSize = uint64(1) << 18;
+    std::unique_ptr<char[]> Chunk;
 
     size_t Read(uint64 Offset, char* Into, size_t Size)
     {
@@ -70,9 +73,13 @@ struct FReplySource
         {
             return false;
         }
-        std::vector<char> Chunk(std::min<uint64>({ Remaining, Limit - Offset, uint64(1) << 16 }));
-        const size_t Count = Read(Offset, Chunk.data(), Chunk.size());
-        return Count > 0 && Sink.write(Chunk.data(), Count);
+        const size_t Size = static_cast<size_t>(std::min<uint64>({ Remaining, Limit - Offset, ChunkSize }));
+        if (!Chunk)
+        {
+            Chunk = std::make_unique_for_overwrite<char[]>(ChunkSize);
+        }
+        const size_t Count = Read(Offset, Chunk.get(), Size);
+        return Count > 0 && Sink.write(Chunk.get(), Count);
     }
 };
 }
