@@ -2,7 +2,8 @@
 // catalogue lookup (ranged download to Saved/Downloads, extraction on a pool worker, the unpacked
 // folder moved into Plugins/), against `curl -s -o` followed by `unzip -q` of the same archive from
 // the same loopback sandbox. The archive has the shape of a real plug-in: three large files
-// (200 MiB each) and 5,000 small ones. Peak memory: this process's for ours; curl's and unzip's
+// (200 MiB each) and 5,000 small ones. Ours checks the MD5 mod.io gives for the archive, as the
+// tool does; curl and unzip check nothing. Peak memory: this process's for ours; curl's and unzip's
 // own, measured by /usr/bin/time where it is installed.
 //
 // Usage: maptorn-install-bench [--size-mib N]   (or MAPTORN_BENCH_SIZE_MIB: the three large files
@@ -13,6 +14,7 @@
 #include "Process/SandboxProcess.h"
 
 #include "Common/FileHelper.h"
+#include "Common/Md5.h"
 #include "Common/Paths.h"
 #include "Platform/ZipArchive.h"
 #include "Transfer/PluginModDownload.h"
@@ -36,7 +38,7 @@ using Maptorn::Sandbox::ShellQuote;
 
 namespace
 {
-constexpr int Runs = 3;
+constexpr int Runs = 5;
 constexpr double TimeoutSeconds = 900.0;
 constexpr double TargetRatio = 1.3;
 constexpr double RssLimitMiB = 64.0;
@@ -137,13 +139,15 @@ bool WritePluginArchive(const std::string& Folder, const FShape& Shape, const st
     return bClosed;
 }
 
-// The workshop's install, from the first request to the plug-in in Plugins/; negative when it failed.
+// The workshop's install, from the first request to the plug-in in Plugins/, the archive checked
+// against the MD5 mod.io gives as `maptorn install` does; negative when it failed.
 double TimeOurInstall(FBenchPlatform& Bench, FMaptornPlatform& Platform, const std::string& Url, const std::string& ModId,
-    const std::string& ProjectDir)
+    const std::string& Md5, const std::string& ProjectDir)
 {
     const std::string Installed = Paths::Combine(ProjectDir, "Plugins", PluginName);
     FileSystem::DeleteDirectoryRecursively(Installed);
     auto Download = std::make_shared<FPluginModDownload>(Platform);
+    Download->ExpectedMd5 = Md5;
     const auto Start = std::chrono::steady_clock::now();
     Download->DownloadMod(Url, ModName, 1, ModId);
     Bench.TickUntil(
@@ -222,6 +226,7 @@ int main(int ArgCount, char** Args)
     {
         return Failure("install", Error);
     }
+    const std::string Md5 = FMd5::OfFile(ZipPath);
     FileSystem::DeleteFile(ZipPath);
     std::printf("install: %.1f MiB archive (3 x %.1f MiB and %d small files) from %s\n", static_cast<double>(ArchiveSize) / (1 << 20),
         static_cast<double>(Shape.LargeFileBytes) / (1 << 20), Shape.SmallFiles, Url.c_str());
@@ -235,7 +240,7 @@ int main(int ArgCount, char** Args)
     for (int Run = 0; Run < Runs; ++Run)
     {
         TakeTurns(
-            Run, [&] { Ours.push_back(TimeOurInstall(Bench, Platform, Url, ModId, ProjectDir)); },
+            Run, [&] { Ours.push_back(TimeOurInstall(Bench, Platform, Url, ModId, Md5, ProjectDir)); },
             [&] { Theirs.push_back(TimeCurlAndUnzip(Url, Folder.Path(), TheirPeak)); });
         if (Ours.back() < 0 || Theirs.back() < 0)
         {
