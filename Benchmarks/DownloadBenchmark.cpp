@@ -4,6 +4,7 @@
 //
 // Usage: maptorn-download-bench [--size-mib N]   (or MAPTORN_BENCH_SIZE_MIB; 1024 by default)
 
+#include "BenchCores.h"
 #include "BenchFiles.h"
 #include "BenchPlatform.h"
 #include "Process/SandboxProcess.h"
@@ -81,8 +82,10 @@ double TimeCurlDownload(const std::string& Url, const std::string& OutputPath, i
     return bWhole ? Seconds : -1.0;
 }
 
-// Writes the archive, starts the sandbox, logs the modder in and publishes the archive there.
-bool Prepare(const FBenchFolder& Folder, uint64 Size, FSandboxProcess& Sandbox, FPublishedArchive& Out, std::string& OutError)
+// Writes the archive, starts the sandbox on its own core, logs the modder in and publishes the
+// archive there.
+bool Prepare(const FBenchFolder& Folder, uint64 Size, const FCoreSplit& Cores, FSandboxProcess& Sandbox, FPublishedArchive& Out,
+             std::string& OutError)
 {
     const std::string ZipPath = Paths::Combine(Folder.Path(), ModName + ".zip");
     if (!WriteStoredZip(ZipPath, ModName + "/Content/Payload.bin", Size))
@@ -91,8 +94,11 @@ bool Prepare(const FBenchFolder& Folder, uint64 Size, FSandboxProcess& Sandbox, 
         return false;
     }
     Out.Size = FileSystem::FileSize(ZipPath);
-    return Sandbox.StartWithModder(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), Out.ModId, OutError) &&
-           Sandbox.PublishArchive(Out.ModId, ZipPath, Paths::Combine(Folder.Path(), "modfile.json"), Out.Url, OutError);
+    Cores.ServiceSide();
+    const bool bStarted =
+        Sandbox.StartWithModder(Paths::Combine(Folder.Path(), "Sandbox"), Paths::Combine(Folder.Path(), "sandbox.log"), Out.ModId, OutError);
+    Cores.ClientSide();
+    return bStarted && Sandbox.PublishArchive(Out.ModId, ZipPath, Paths::Combine(Folder.Path(), "modfile.json"), Out.Url, OutError);
 }
 
 bool Compare(const FBenchFolder& Folder, const FSandboxProcess& Sandbox, const FPublishedArchive& Archive, FTimings& Out)
@@ -136,14 +142,16 @@ int main(int ArgCount, char** Args)
         return 2;
     }
     FBenchFolder Folder("maptorn-download-bench");
+    const FCoreSplit Cores;
     FSandboxProcess Sandbox;
     FPublishedArchive Archive;
     std::string Error;
-    if (Folder.Path().empty() || !Prepare(Folder, Size, Sandbox, Archive, Error))
+    if (Folder.Path().empty() || !Prepare(Folder, Size, Cores, Sandbox, Archive, Error))
     {
         return Failure("download", Folder.Path().empty() ? "cannot make a temporary folder" : Error);
     }
-    std::printf("download: %.1f MiB archive from %s\n", static_cast<double>(Archive.Size) / (1 << 20), Archive.Url.c_str());
+    std::printf("download: %.1f MiB archive from %s (%s)\n", static_cast<double>(Archive.Size) / (1 << 20), Archive.Url.c_str(),
+                Cores.Describe().c_str());
 
     FTimings Timings;
     if (!Compare(Folder, Sandbox, Archive, Timings))
