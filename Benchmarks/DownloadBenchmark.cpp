@@ -28,8 +28,8 @@ using Maptorn::Sandbox::ShellQuote;
 
 namespace
 {
-// A gigabyte over loopback takes a tenth more or less from one round to the next as the
-// machine schedules the service; the median of nine rounds holds still where five did not.
+// Writing a gigabyte into the page cache takes a tenth more or less from one round to the next,
+// for curl as for us; the median of nine rounds holds still where five did not.
 constexpr int Runs = 9;
 constexpr double TransferTimeoutSeconds = 600.0;
 constexpr double TargetRatio = 1.0;
